@@ -1,0 +1,64 @@
+// Process-wide services of the host: screen resolution, message box, fatal
+// exit, the printer and the clipboard. Each can be replaced so that tests and
+// headless programs observe what would otherwise need a person.
+#pragma once
+
+#include "platform/types.h"
+
+#include <QString>
+#include <functional>
+#include <memory>
+
+class QImage;
+
+namespace faroven {
+
+class TCanvas;
+class TBitmap;
+
+// Logical pixels per inch of the primary screen (96 without a screen). A value
+// pinned with SetScreenPixelsPerInch wins; 0 unpins it.
+int ScreenPixelsPerInch();
+void SetScreenPixelsPerInch(int ppi);
+
+// Shows a modal message box; with a handler installed, the handler gets the text instead.
+using TMessageHandler = std::function<void(const QString& text)>;
+void ShowMessage(const QString& text);
+TMessageHandler SetMessageHandler(TMessageHandler handler);
+
+// Ends the application after showing the message. The default handler shows
+// the message box and calls std::exit(1); a replaced handler may return, and
+// then the caller goes on with its failure result.
+using TFatalHandler = std::function<void(const QString& text)>;
+void FatalExit(const QString& text);
+TFatalHandler SetFatalHandler(TFatalHandler handler);
+
+// The current printer. Until a document is begun its canvas draws into a
+// page-sized bitmap; printing proper hands it to a real print device.
+class TPrinter {
+public:
+    TPrinter();
+    ~TPrinter();
+    TCanvas* Canvas();
+    // Device capability NUMCOLORS: 2 on a black-and-white printer.
+    int NumColors() const { return m_numColors; }
+    void SetNumColors(int n) { m_numColors = n; }
+    int PageWidth() const;
+    int PageHeight() const;
+private:
+    int m_numColors = 16777216;
+    std::unique_ptr<TBitmap> m_page;
+};
+TPrinter* Printer();
+
+class TClipboard {
+public:
+    QString AsText() const;
+    void SetAsText(const QString& text);
+    void SetImage(const QImage& image);
+    QImage Image() const;
+    bool HasImage() const;
+};
+TClipboard* Clipboard();
+
+}  // namespace faroven

@@ -1,0 +1,418 @@
+// The platform layer: the drawing conventions that hit areas and pixel tests
+// depend on (rectangle and line end pixels, alternate fill, exclusive-or
+// drawing restoring the image, region edges), colours, BMP images and streams.
+#include "platform/bitmap.h"
+#include "platform/canvas.h"
+#include "platform/color.h"
+#include "platform/stream.h"
+#include "platform/strings.h"
+#include "platform/ansi.h"
+#include "support/test_support.h"
+
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+using namespace faroven;
+using faroven::test::Ascii;
+using faroven::test::CountPixels;
+using faroven::test::InkBounds;
+using faroven::test::PixelAt;
+
+namespace {
+
+// A white bitmap of the given size with a black one-pixel pen and a clear brush.
+std::unique_ptr<TBitmap> whiteBitmap(int w, int h, TPixelFormat format = pfDevice) {
+    auto bmp = std::make_unique<TBitmap>(w, h, format);
+    bmp->Canvas()->Brush()->SetColor(clWhite);
+    bmp->Canvas()->FillRect(Rect(0, 0, w, h));
+    bmp->Canvas()->Pen()->SetColor(clBlack);
+    bmp->Canvas()->Brush()->SetStyle(bsClear);
+    return bmp;
+}
+
+class DrawingConventions : public ::testing::TestWithParam<TPixelFormat> {};
+
+TEST_P(DrawingConventions, RectangleCoversLeftToRightMinusOne) {
+    auto bmp = whiteBitmap(20, 20, GetParam());
+    bmp->Canvas()->Rectangle(2, 3, 10, 8);
+    EXPECT_EQ(InkBounds(bmp->Image(), clBlack), Rect(2, 3, 10, 8)) << Ascii(bmp->Image(), clBlack);
+    // Outline only: the inside stays white with a clear brush.
+    EXPECT_EQ(PixelAt(*bmp, 5, 5), clWhite);
+}
+
+TEST_P(DrawingConventions, FilledRectangleDrawsOutlineAndInteriorOnce) {
+    auto bmp = whiteBitmap(20, 20, GetParam());
+    TCanvas* c = bmp->Canvas();
+    c->Pen()->SetColor(clRed);
+    c->Brush()->SetColor(clBlue);
+    c->Rectangle(2, 2, 8, 7);
+    EXPECT_EQ(InkBounds(bmp->Image(), clRed), Rect(2, 2, 8, 7));
+    EXPECT_EQ(InkBounds(bmp->Image(), clBlue), Rect(3, 3, 7, 6));
+    EXPECT_EQ(CountPixels(bmp->Image(), clRed), 6 * 5 - 4 * 3);
+}
+
+TEST_P(DrawingConventions, RectangleWithoutPenFillsOnePixelLess) {
+    auto bmp = whiteBitmap(20, 20, GetParam());
+    TCanvas* c = bmp->Canvas();
+    c->Pen()->SetStyle(psClear);
+    c->Brush()->SetColor(clBlue);
+    c->Rectangle(2, 2, 8, 7);
+    EXPECT_EQ(InkBounds(bmp->Image(), clBlue), Rect(2, 2, 7, 6));
+}
+
+TEST_P(DrawingConventions, LineToLeavesOutTheEndPixel) {
+    auto bmp = whiteBitmap(20, 20, GetParam());
+    TCanvas* c = bmp->Canvas();
+    c->MoveTo(2, 5);
+    c->LineTo(10, 5);
+    EXPECT_EQ(InkBounds(bmp->Image(), clBlack), Rect(2, 5, 10, 6));
+    EXPECT_EQ(c->PenPos(), Point(10, 5));
+    c->LineTo(10, 12);
+    EXPECT_EQ(PixelAt(*bmp, 10, 5), clBlack);
+    EXPECT_EQ(PixelAt(*bmp, 10, 11), clBlack);
+    EXPECT_EQ(PixelAt(*bmp, 10, 12), clWhite);
+}
+
+TEST_P(DrawingConventions, EllipseStaysInsideItsBox) {
+    auto bmp = whiteBitmap(30, 30, GetParam());
+    bmp->Canvas()->Ellipse(3, 4, 23, 18);
+    EXPECT_EQ(InkBounds(bmp->Image(), clBlack), Rect(3, 4, 23, 18)) << Ascii(bmp->Image(), clBlack);
+}
+
+TEST_P(DrawingConventions, PolygonFillsWithTheAlternateRule) {
+    auto bmp = whiteBitmap(20, 20, GetParam());
+    TCanvas* c = bmp->Canvas();
+    c->Pen()->SetStyle(psClear);
+    c->Brush()->SetColor(clBlack);
+    // A square traced twice around: under the alternate rule, a point inside
+    // is crossed an even number of times by the doubled outline only where the
+    // two loops differ. Here: outer square with an inner square hole.
+    const TArrPoint pts = {{1, 1}, {15, 1}, {15, 15}, {1, 15}, {1, 1}, {5, 5}, {11, 5}, {11, 11}, {5, 11}, {5, 5}};
+    c->Polygon(pts);
+    EXPECT_EQ(PixelAt(*bmp, 2, 2), clBlack);
+    EXPECT_EQ(PixelAt(*bmp, 8, 8), clWhite) << Ascii(bmp->Image(), clBlack);
+    EXPECT_EQ(PixelAt(*bmp, 14, 14), clBlack);
+    EXPECT_EQ(PixelAt(*bmp, 15, 8), clWhite);
+}
+
+TEST_P(DrawingConventions, ExclusiveOrDrawnTwiceRestoresTheImage) {
+    auto bmp = whiteBitmap(40, 40, GetParam());
+    TCanvas* c = bmp->Canvas();
+    c->Brush()->SetStyle(bsSolid);
+    c->Brush()->SetColor(clAqua);
+    c->Rectangle(5, 5, 25, 30);
+    const QImage before = bmp->Image().copy();
+    c->Pen()->SetMode(pmXor);
+    c->Pen()->SetColor(clWhite);
+    c->Pen()->SetStyle(psDot);
+    c->Brush()->SetStyle(bsClear);
+    for (int pass = 0; pass < 2; ++pass) {
+        c->Rectangle(2, 3, 30, 20);
+        c->Ellipse(8, 8, 36, 36);
+        c->MoveTo(0, 0);
+        c->LineTo(39, 25);
+        const TArrPoint tri = {{3, 35}, {20, 22}, {37, 38}};
+        c->Polygon(tri);
+        if (pass == 0) EXPECT_NE(bmp->Image(), before);
+    }
+    EXPECT_EQ(bmp->Image(), before);
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, DrawingConventions, ::testing::Values(pfDevice, pf24bit));
+
+TEST(PenModes, EachModeAppliesItsRasterOperation) {
+    struct Case { TPenMode mode; TColor dst; TColor pen; TColor expected; };
+    const Case cases[] = {
+        {pmBlack, 0x123456, 0x00FF00, 0x000000}, {pmWhite, 0x123456, 0x00FF00, 0xFFFFFF},
+        {pmNop, 0x123456, 0x00FF00, 0x123456},   {pmNot, 0x123456, 0x00FF00, 0xEDCBA9},
+        {pmCopy, 0x123456, 0x00FF00, 0x00FF00},  {pmNotCopy, 0x123456, 0x00FF00, 0xFF00FF},
+        {pmMerge, 0x101010, 0x010101, 0x111111}, {pmMask, 0x0F0F0F, 0x030303, 0x030303},
+        {pmXor, 0x0F0F0F, 0xFFFFFF, 0xF0F0F0},   {pmNotXor, 0x0F0F0F, 0xFFFFFF, 0x0F0F0F},
+    };
+    for (const Case& k : cases) {
+        TBitmap bmp(4, 4);
+        bmp.Canvas()->Brush()->SetColor(k.dst);
+        bmp.Canvas()->FillRect(Rect(0, 0, 4, 4));
+        bmp.Canvas()->Pen()->SetColor(k.pen);
+        bmp.Canvas()->Pen()->SetMode(k.mode);
+        bmp.Canvas()->MoveTo(0, 1);
+        bmp.Canvas()->LineTo(4, 1);
+        EXPECT_EQ(PixelAt(bmp, 2, 1), k.expected) << "mode " << int(k.mode);
+        EXPECT_EQ(PixelAt(bmp, 2, 2), k.dst) << "mode " << int(k.mode);
+    }
+}
+
+TEST(Regions, PolygonRegionHoldsLeftTopEdgesNotRightBottom) {
+    const TArrPoint square = {{10, 10}, {20, 10}, {20, 20}, {10, 20}};
+    const QRegion r = CreatePolygonRgn(square);
+    EXPECT_TRUE(PtInRegion(r, 10, 10));
+    EXPECT_TRUE(PtInRegion(r, 19, 19));
+    EXPECT_FALSE(PtInRegion(r, 20, 15));
+    EXPECT_FALSE(PtInRegion(r, 15, 20));
+    EXPECT_FALSE(PtInRegion(r, 9, 15));
+    // The region is exactly what Polygon fills.
+    TBitmap bmp(30, 30);
+    bmp.Canvas()->Brush()->SetColor(clWhite);
+    bmp.Canvas()->FillRect(Rect(0, 0, 30, 30));
+    bmp.Canvas()->Pen()->SetStyle(psClear);
+    bmp.Canvas()->Brush()->SetColor(clBlack);
+    const TArrPoint tri = {{3, 2}, {27, 9}, {8, 26}};
+    bmp.Canvas()->Polygon(tri);
+    const QRegion tr = CreatePolygonRgn(tri);
+    for (int y = 0; y < 30; ++y)
+        for (int x = 0; x < 30; ++x)
+            EXPECT_EQ(PtInRegion(tr, x, y), PixelAt(bmp, x, y) == clBlack) << x << "," << y;
+}
+
+TEST(Regions, TooFewPointsGiveAnEmptyRegion) {
+    const TArrPoint two = {{0, 0}, {5, 5}};
+    EXPECT_TRUE(CreatePolygonRgn(two).isEmpty());
+}
+
+TEST(Canvas, InvertRectTwiceRestores) {
+    auto bmp = whiteBitmap(10, 10);
+    bmp->Canvas()->Pen()->SetColor(clRed);
+    bmp->Canvas()->Rectangle(1, 1, 9, 9);
+    const QImage before = bmp->Image().copy();
+    bmp->Canvas()->InvertRect(Rect(0, 0, 6, 6));
+    EXPECT_EQ(PixelAt(*bmp, 0, 0), clBlack);
+    EXPECT_EQ(PixelAt(*bmp, 1, 1), clAqua);  // inverse of red
+    EXPECT_EQ(PixelAt(*bmp, 7, 7), clWhite);
+    bmp->Canvas()->InvertRect(Rect(0, 0, 6, 6));
+    EXPECT_EQ(bmp->Image(), before);
+}
+
+TEST(Canvas, PathStrokeAndFillUsesPenAndBrush) {
+    auto bmp = whiteBitmap(20, 20);
+    TCanvas* c = bmp->Canvas();
+    c->Brush()->SetStyle(bsSolid);
+    c->Brush()->SetColor(clBlue);
+    c->Pen()->SetColor(clRed);
+    c->BeginPath();
+    c->MoveTo(2, 2);
+    c->LineTo(17, 2);
+    c->LineTo(17, 17);
+    c->LineTo(2, 17);
+    c->LineTo(2, 2);
+    c->EndPath();
+    EXPECT_EQ(CountPixels(bmp->Image(), clRed), 0) << "nothing is drawn while the path is recorded";
+    c->StrokeAndFillPath();
+    EXPECT_EQ(PixelAt(*bmp, 9, 9), clBlue);
+    EXPECT_EQ(PixelAt(*bmp, 2, 9), clRed);
+}
+
+TEST(Canvas, TextExtentOfEmptyStringHasFontHeight) {
+    auto bmp = whiteBitmap(10, 10);
+    const TSize e = bmp->Canvas()->TextExtent(QString());
+    EXPECT_EQ(e.cx, 0);
+    EXPECT_GT(e.cy, 0);
+    EXPECT_GT(bmp->Canvas()->TextExtent("Hello").cx, 10);
+}
+
+TEST(Canvas, TextOutDrawsInFontColourOnOpaqueBackground) {
+    auto bmp = whiteBitmap(80, 30);
+    TCanvas* c = bmp->Canvas();
+    c->Font()->SetColor(clRed);
+    c->Font()->SetSize(12);
+    c->Brush()->SetStyle(bsSolid);
+    c->Brush()->SetColor(clYellow);
+    c->TextOut(5, 5, "WWW");
+    EXPECT_GT(CountPixels(bmp->Image(), clRed), 10);
+    EXPECT_EQ(PixelAt(*bmp, 5, 5), clYellow);
+    const TRect ink = InkBounds(bmp->Image(), clYellow);
+    EXPECT_EQ(ink.left, 5);
+    EXPECT_EQ(ink.top, 5);
+}
+
+TEST(Canvas, DrawSkipsTheTransparentColour) {
+    TBitmap sprite(4, 4, pf24bit);
+    sprite.Canvas()->Brush()->SetColor(clFuchsia);
+    sprite.Canvas()->FillRect(Rect(0, 0, 4, 4));
+    sprite.Canvas()->SetPixel(1, 1, clBlue);
+    sprite.SetTransparent(true);
+    EXPECT_EQ(sprite.TransparentColor(), clFuchsia) << "automatic mode takes the bottom-left pixel";
+    auto bmp = whiteBitmap(10, 10);
+    bmp->Canvas()->Draw(3, 3, &sprite);
+    EXPECT_EQ(PixelAt(*bmp, 4, 4), clBlue);
+    EXPECT_EQ(PixelAt(*bmp, 3, 3), clWhite);
+    EXPECT_EQ(CountPixels(bmp->Image(), clFuchsia), 0);
+}
+
+TEST(Canvas, CopyRectCopiesPixels) {
+    auto src = whiteBitmap(10, 10);
+    src->Canvas()->SetPixel(2, 3, clRed);
+    auto dst = whiteBitmap(10, 10);
+    dst->Canvas()->CopyRect(Rect(5, 5, 10, 10), src->Canvas(), Rect(0, 0, 5, 5));
+    EXPECT_EQ(PixelAt(*dst, 7, 8), clRed);
+    EXPECT_EQ(CountPixels(dst->Image(), clRed), 1);
+}
+
+TEST(Colors, SystemColoursResolveThroughTheFixedPalette) {
+    EXPECT_EQ(ColorToRGB(clWindow), clWhite);
+    EXPECT_EQ(ColorToRGB(clWindowText), clBlack);
+    EXPECT_EQ(ColorToRGB(clBtnFace), 0xC8D0D4);
+    EXPECT_EQ(ColorToRGB(clRed), clRed);
+    EXPECT_EQ(ColorToRGB(0x7F123456), 0x123456) << "high byte of a plain colour is ignored";
+}
+
+TEST(Colors, ConversionToQtSwapsRedAndBlue) {
+    EXPECT_EQ(ToQColor(clRed), QColor(255, 0, 0));
+    EXPECT_EQ(ToQColor(0x00336699), QColor(0x99, 0x66, 0x33));
+    EXPECT_EQ(FromQColor(QColor(0x99, 0x66, 0x33)), 0x00336699);
+    EXPECT_EQ(GetRValue(0x00336699), 0x99);
+    EXPECT_EQ(GetBValue(0x00336699), 0x33);
+}
+
+TEST(Graphics, AttributeObjectsNotifyAndAssign) {
+    TPen pen;
+    int changes = 0;
+    pen.OnChange = [&](TObject*) { ++changes; };
+    pen.SetColor(clRed);
+    pen.SetColor(clRed);
+    pen.SetWidth(3);
+    EXPECT_EQ(changes, 2) << "setting an unchanged value does not notify";
+    TPen copy;
+    copy.Assign(pen);
+    EXPECT_EQ(copy.Color(), clRed);
+    EXPECT_EQ(copy.Width(), 3);
+    TBrush brush;
+    brush.SetStyle(bsClear);
+    brush.SetColor(clRed);
+    EXPECT_EQ(brush.Style(), bsSolid) << "colouring a clear brush makes it solid";
+    TFont font;
+    EXPECT_EQ(font.Height(), -11) << "8 points at 96 pixels per inch";
+    EXPECT_THROW(pen.Assign(&font), EInvalidOperation);
+}
+
+class BitmapRoundTrip : public ::testing::TestWithParam<TPixelFormat> {};
+
+TEST_P(BitmapRoundTrip, SavesAndLoadsThroughAStream) {
+    TBitmap bmp(7, 5, GetParam());  // odd width: rows need padding in the file
+    for (int y = 0; y < 5; ++y)
+        for (int x = 0; x < 7; ++x) bmp.Canvas()->SetPixel(x, y, RGB(x * 30, y * 50, x + y));
+    TMemoryStream stream;
+    stream.Write("pre", 3);
+    bmp.SaveToStream(stream);
+    const int64_t end = stream.Position();
+    stream.Write("post", 4);
+    stream.SetPosition(3);
+    TBitmap back;
+    back.LoadFromStream(stream);
+    EXPECT_EQ(stream.Position(), end) << "loading consumes exactly the image";
+    EXPECT_EQ(back.PixelFormat(), GetParam() == pf24bit ? pf24bit : pf32bit);
+    ASSERT_EQ(back.Width(), 7);
+    ASSERT_EQ(back.Height(), 5);
+    for (int y = 0; y < 5; ++y)
+        for (int x = 0; x < 7; ++x) EXPECT_EQ(PixelAt(back, x, y), RGB(x * 30, y * 50, x + y));
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, BitmapRoundTrip, ::testing::Values(pf24bit, pfDevice));
+
+TEST(Bitmap, TwentyFourBitScanLinesAreBlueGreenRed) {
+    TBitmap bmp(3, 2, pf24bit);
+    bmp.Canvas()->SetPixel(1, 0, RGB(31, 20, 10));
+    const uint8_t* row = bmp.ScanLine(0);
+    EXPECT_EQ(row[3], 10);
+    EXPECT_EQ(row[4], 20);
+    EXPECT_EQ(row[5], 31);
+    EXPECT_THROW(bmp.ScanLine(2), EInvalidGraphic);
+}
+
+TEST(Bitmap, FileHeaderLayoutIsTheStandardOne) {
+    TBitmap bmp(2, 2, pf24bit);
+    TMemoryStream s;
+    bmp.SaveToStream(s);
+    const uint8_t* m = s.Memory();
+    ASSERT_EQ(s.Size(), 14 + 40 + 2 * 8);
+    EXPECT_EQ(m[0], 'B');
+    EXPECT_EQ(m[1], 'M');
+    EXPECT_EQ(m[2], 70);
+    EXPECT_EQ(m[10], 54);
+    EXPECT_EQ(m[14], 40);
+    EXPECT_EQ(m[28], 24);
+}
+
+TEST(Bitmap, BadImagesRaiseWithThePosition) {
+    auto garbage = TMemoryStream::FromBytes(QByteArray("XXgarbage-not-a-bitmap"));
+    TBitmap bmp;
+    try {
+        bmp.LoadFromStream(*garbage);
+        FAIL() << "no error";
+    } catch (const EInvalidGraphic& e) {
+        EXPECT_TRUE(e.Message().contains("position 0")) << e.Message().toStdString();
+    }
+    // A header that claims more bytes than the stream has.
+    QByteArray truncated("BM\xff\xff\x00\x00", 6);
+    truncated.append(QByteArray(20, '\0'));
+    auto s = TMemoryStream::FromBytes(truncated);
+    EXPECT_THROW(bmp.LoadFromStream(*s), EReadError);
+    EXPECT_TRUE(bmp.Empty()) << "a failed load leaves the bitmap as it was";
+}
+
+TEST(Streams, ShortReadRaisesNamingThePosition) {
+    TMemoryStream s;
+    s.Write("abcdef", 6);
+    s.SetPosition(4);
+    char buf[8];
+    try {
+        s.ReadBuffer(buf, 5);
+        FAIL() << "no error";
+    } catch (const EReadError& e) {
+        EXPECT_TRUE(e.Message().contains("position 4")) << e.Message().toStdString();
+    }
+    s.SetPosition(0);
+    s.ReadBuffer(buf, 6);
+    EXPECT_EQ(std::string(buf, 6), "abcdef");
+}
+
+TEST(Streams, MemoryStreamSeeksGrowsAndCopies) {
+    TMemoryStream s;
+    s.SetPosition(4);
+    s.Write("xy", 2);
+    EXPECT_EQ(s.Size(), 6) << "writing past the end grows the stream";
+    EXPECT_EQ(s.Seek(-1, soEnd), 5);
+    TMemoryStream t;
+    t.CopyFrom(s, 0);
+    EXPECT_EQ(t.ToByteArray(), QByteArray("\0\0\0\0xy", 6));
+    s.SetSize(2);
+    EXPECT_EQ(s.Position(), 2);
+}
+
+TEST(Streams, FileStreamErrorsNameTheFile) {
+    QTemporaryDir dir;
+    const QString missing = dir.filePath("missing.bin");
+    try {
+        TFileStream f(missing, fmOpenRead);
+        FAIL() << "no error";
+    } catch (const EFOpenError& e) {
+        EXPECT_TRUE(e.Message().contains("missing.bin"));
+    }
+    {
+        TFileStream f(dir.filePath("a.bin"), fmCreate);
+        f.WriteBuffer("1234", 4);
+    }
+    TMemoryStream m;
+    m.LoadFromFile(dir.filePath("a.bin"));
+    EXPECT_EQ(m.ToByteArray(), QByteArray("1234"));
+}
+
+TEST(Strings, TextJoinsWithCrLfAndSplitsAnyLineEnd) {
+    TStrings s;
+    s.SetText("a\r\nb\nc\rd");
+    ASSERT_EQ(s.Count(), 4);
+    EXPECT_EQ(s[3], "d");
+    EXPECT_EQ(s.Text(), "a\r\nb\r\nc\r\nd\r\n");
+    EXPECT_THROW(s.Strings(4), EStringListError);
+    s.Delete(1);
+    EXPECT_EQ(s.IndexOf("c"), 1);
+}
+
+TEST(Ansi, WindowsCodePageRoundTrips) {
+    const QString text = QString::fromUtf8("caf\u00e9 \u20ac5 \u2013 \u0152");
+    const QByteArray bytes = ToAnsi(text);
+    EXPECT_EQ(bytes, QByteArray("caf\xe9 \x80" "5 \x96 \x8c"));
+    EXPECT_EQ(FromAnsi(bytes), text);
+    EXPECT_EQ(ToAnsi(QString::fromUtf8("\u4e2d")), QByteArray("?"));
+}
+
+}  // namespace
