@@ -67,7 +67,15 @@ void TCanvas::endPainting() {
     }
 }
 
+void TCanvas::SetWindowOrg(int x, int y) {
+    const TPoint next{x, y};
+    if (next == m_origin) return;
+    if (QPainter* p = m_external ? m_external : m_ownPainter.get()) p->translate(m_origin.x - x, m_origin.y - y);
+    m_origin = next;
+}
+
 void TCanvas::AttachPainter(QPainter* painter, const TRect& clip) {
+    m_origin = TPoint{};
     m_external = painter;
     m_externalClip = clip;
     m_clip.reset();
@@ -89,6 +97,7 @@ QPainter* TCanvas::begin() {
     if (!m_ownPainter) {
         m_ownPainter = std::make_unique<QPainter>(&m_bitmap->m_image);
         m_ownPainter->setRenderHint(QPainter::Antialiasing, false);
+        if (m_origin.x || m_origin.y) m_ownPainter->translate(-m_origin.x, -m_origin.y);
         if (m_clip) m_ownPainter->setClipRect(QRect(m_clip->left, m_clip->top, m_clip->Width(), m_clip->Height()));
     }
     return m_ownPainter.get();
@@ -525,6 +534,7 @@ TRect TCanvas::ClipRect() const {
         full = m_externalClip;
     else if (m_bitmap)
         full = TRect{0, 0, m_bitmap->Width(), m_bitmap->Height()};
+    full = TRect{full.left + m_origin.x, full.top + m_origin.y, full.right + m_origin.x, full.bottom + m_origin.y};
     if (!m_clip) return full;
     TRect out;
     IntersectRect(out, full, *m_clip);

@@ -112,6 +112,13 @@ public:
     TColor Pixel(int x, int y);
     void SetPixel(int x, int y, TColor color);
 
+    // The logical point that appears at the device's top-left corner (the
+    // window origin): drawing at (x, y) lands at (x - ox, y - oy). Integer
+    // offsets move whole pixels, so a part drawn with an origin matches the
+    // same part of a drawing made without one.
+    void SetWindowOrg(int x, int y);
+    TPoint WindowOrg() const { return m_origin; }
+
     // Clipping. ClipRect is the area that drawing can reach, in canvas pixels.
     TRect ClipRect() const;
     void SetClipRect(const TRect& rect);
@@ -171,6 +178,7 @@ private:
     QPainter* m_external = nullptr;
     TRect m_externalClip;
     std::optional<TRect> m_clip;
+    TPoint m_origin;
 
     bool m_pathOpen = false;
     QPainterPath m_path;

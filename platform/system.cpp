@@ -74,6 +74,10 @@ TCanvas* TPrinter::Canvas() {
     return m_page->Canvas();
 }
 
+bool TPrinter::IsPrinterCanvas(const TCanvas* canvas) const {
+    return m_page && canvas && m_page->Canvas() == canvas;
+}
+
 int TPrinter::PageWidth() const { return m_page ? m_page->Width() : Round(210 * ScreenPixelsPerInch() / 25.4); }
 int TPrinter::PageHeight() const { return m_page ? m_page->Height() : Round(297 * ScreenPixelsPerInch() / 25.4); }
 

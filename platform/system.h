@@ -40,6 +40,8 @@ public:
     TPrinter();
     ~TPrinter();
     TCanvas* Canvas();
+    // Whether canvas is the printer's (without creating the printer's page).
+    bool IsPrinterCanvas(const TCanvas* canvas) const;
     // Device capability NUMCOLORS: 2 on a black-and-white printer.
     int NumColors() const { return m_numColors; }
     void SetNumColors(int n) { m_numColors = n; }

@@ -1,8 +1,31 @@
+// faroven-editor: the demo editor. With --screenshot FILE it paints its window
+// once, saves the picture and exits (used where there is no display).
 #include "main_window.h"
+
 #include <QApplication>
+#include <QCommandLineParser>
+#include <QTimer>
+#include <cstdio>
+
 int main(int argc, char** argv) {
     QApplication app(argc, argv);
-    MainWindow w;
-    w.show();
+    QApplication::setApplicationName("faroven-editor");
+    QCommandLineParser parser;
+    parser.setApplicationDescription("Faroven demo editor");
+    parser.addHelpOption();
+    QCommandLineOption screenshot("screenshot", "Save a picture of the window to <file> and exit.", "file");
+    parser.addOption(screenshot);
+    parser.process(app);
+
+    MainWindow window;
+    window.show();
+    if (parser.isSet(screenshot)) {
+        const QString file = parser.value(screenshot);
+        QTimer::singleShot(200, [&] {
+            const bool ok = window.grab().save(file);
+            if (!ok) std::fprintf(stderr, "faroven-editor: cannot write %s\n", qPrintable(file));
+            QApplication::exit(ok ? 0 : 1);
+        });
+    }
     return app.exec();
 }

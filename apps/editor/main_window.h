@@ -1,7 +1,22 @@
+// The demo editor's main window: a canvas on its page in a scroll area, with
+// zoom controls.
 #pragma once
+
+#include "cad/canvas/mycad.h"
+
 #include <QMainWindow>
+#include <QScrollArea>
+
 class MainWindow : public QMainWindow {
     Q_OBJECT
 public:
     explicit MainWindow(QWidget* parent = nullptr);
+    faroven::TMyCAD* Cad() const { return m_cad; }
+
+private:
+    void addSampleShapes();
+    void setZoom(double zoom);
+
+    QScrollArea* m_scroll = nullptr;
+    faroven::TMyCAD* m_cad = nullptr;
 };

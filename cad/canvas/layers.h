@@ -1,0 +1,47 @@
+// The layer table of a canvas: records in creation order, the current layer
+// and the id counter. Names are unique (exact comparison); ids come from the
+// counter and are not reused while it runs.
+#pragma once
+
+#include <QString>
+#include <vector>
+
+namespace faroven {
+
+struct TLayerRecord {
+    QString LayerName;
+    int LayerId = 0;
+    bool Visible = true;
+};
+
+class TLayerTable {
+public:
+    const std::vector<TLayerRecord>& Records() const { return m_records; }
+    int Count() const { return int(m_records.size()); }
+    int CurrentId() const { return m_currentId; }
+    void SetCurrentId(int id) { m_currentId = id; }
+    int NextId() const { return m_nextId; }
+
+    // Appends a layer with the counter's id and makes it current; -1 when the name is taken.
+    int Add(const QString& name, bool visible);
+    // Removes the record at an index; the current layer becomes the first one left (-1 when none).
+    TLayerRecord RemoveAt(int index);
+    // Restarts the id counter (after every layer is deleted).
+    void ResetCounter() { m_nextId = 0; }
+
+    int IndexOfId(int id) const;
+    int IndexOfName(const QString& name) const;
+    TLayerRecord* ById(int id);
+    const TLayerRecord* ById(int id) const;
+
+    // Visibility as painting and picking see it. A shape stores its layer id,
+    // of which the low 8 bits are used for the lookup.
+    bool IsVisible(int layerId) const;
+
+private:
+    std::vector<TLayerRecord> m_records;
+    int m_currentId = -1;
+    int m_nextId = 0;
+};
+
+}  // namespace faroven

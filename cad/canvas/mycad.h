@@ -1,0 +1,477 @@
+// TMyCAD: the drawing canvas. A windowless control that owns every shape of
+// one drawing (MyShapes, in painting order), its layers, selection, page
+// settings and grid, and paints through an off-screen buffer of the invalid
+// rectangle. The implementation is split by concern: mycad_core.cpp
+// (construction, properties, registry), mycad_paint.cpp (paint pipeline),
+// mycad_layers.cpp, mycad_page.cpp (page, zoom, grid, background) and
+// mycad_selection.cpp (selection and region tests).
+//
+// Numbers and ids: a shape's number is its index in MyShapes; references
+// between shapes (parent, children, link lines) are numbers. A shape's id is
+// unique for the canvas's life and never reused.
+#pragma once
+
+#include "cad/canvas/grid.h"
+#include "cad/canvas/layers.h"
+#include "cad/enums.h"
+#include "cad/persistence/userdata.h"
+#include "cad/shapes/shape.h"
+#include "cad/types.h"
+#include "platform/bitmap.h"
+#include "platform/control.h"
+#include "platform/graphics.h"
+
+#include <QLabel>
+#include <QPointer>
+#include <functional>
+#include <memory>
+#include <vector>
+
+
+
+namespace faroven {
+
+// ---- Event types ---------------------------------------------------------------
+using TActionToolToSelecting = std::function<void()>;
+using TChildhapeSelected = std::function<void(TMyShape* SelectedChildShape, bool& AcceptSelect)>;
+using TLayerOp = std::function<void(int LayerId, const QString& LayerName, bool Visible)>;
+using TEnterLeaveShape = std::function<void(TMyShape* AShape)>;
+using TNodeAdded = std::function<void(TMyShape*& AShape, int NewPointIndex)>;
+using TNodeDeleted = std::function<void(TMyShape*& AShape, int DeletedPointIndex)>;
+using TShapeAdded = std::function<void(TMyShape*& AShape, int ShapeCount)>;
+using TShapeCodeDraggingSizing = std::function<void(TMyShape* AShape, float dx, float dy)>;
+using TShapeCodeRotating = std::function<void(TMyShape* AShape, float AAngle)>;
+using TShapeDeleted = std::function<void(TMyShape* AShape)>;
+using TShapeMouseDraggingSizingRotating = std::function<void(TMyShape* AShape, TPoint FromPoint, TPoint& ToPoint)>;
+using TShapeSelected = std::function<void(TMyShape* LastSelectedShape, TMyShape* SelectedShape)>;
+using TWholeDragOperation = std::function<void()>;
+
+class TMyCAD : public TGraphicControl {
+    Q_OBJECT
+    Q_PROPERTY(faroven::TArcMode ArcMode READ ArcMode WRITE SetArcMode)
+    Q_PROPERTY(int ArrowAngle READ ArrowAngle WRITE SetArrowAngle)
+    Q_PROPERTY(int ArrowLength READ ArrowLength WRITE SetArrowLength)
+    Q_PROPERTY(int ArrowOffset READ ArrowOffset WRITE SetArrowOffset)
+    Q_PROPERTY(faroven::TArrowStyle ArrowStyle READ ArrowStyle WRITE SetArrowStyle)
+    Q_PROPERTY(faroven::TBkBitmapMode BkBitmapMode READ BkBitmapMode WRITE SetBkBitmapMode)
+    Q_PROPERTY(int ColorOfBackGround READ ColorOfBackGround WRITE SetColorOfBackGround)
+    Q_PROPERTY(int ColorOfHot READ ColorOfHot WRITE SetColorOfHot)
+    Q_PROPERTY(bool CrossLine READ CrossLine WRITE SetCrossLine)
+    Q_PROPERTY(bool DragEnable READ DragEnable WRITE SetDragEnable)
+    Q_PROPERTY(faroven::TDragMode DragMode READ DragMode WRITE SetDragShapeMode)
+    Q_PROPERTY(bool DragTrace READ DragTrace WRITE SetDragTrace)
+    Q_PROPERTY(bool DisableTextInput READ DisableTextInput WRITE SetDisableTextInput)
+    Q_PROPERTY(bool Enabled READ Enabled WRITE SetEnabled)
+    Q_PROPERTY(bool HotShow READ HotShow WRITE SetHotShow)
+    Q_PROPERTY(int HotSize READ HotSize WRITE SetHotSize)
+    Q_PROPERTY(bool LinklineAroundShape READ LinklineAroundShape WRITE SetLinklineAroundShape)
+    Q_PROPERTY(faroven::TLinkLineDrawStyle LinkLineDrawStyle READ LinkLineDrawStyle WRITE SetLinkLineDrawStyle)
+    Q_PROPERTY(bool LockBound READ LockBound WRITE SetLockBound)
+    Q_PROPERTY(bool MouseEffect READ MouseEffect WRITE SetMouseEffect)
+    Q_PROPERTY(bool OperateAllLayer READ OperateAllLayer WRITE SetOperateAllLayer)
+    Q_PROPERTY(QString PageFoot READ PageFoot WRITE SetPageFoot)
+    Q_PROPERTY(faroven::TAlignment PageFootAlignment READ PageFootAlignment WRITE SetPageFootAlignment)
+    Q_PROPERTY(int PageFootToBottom READ PageFootToBottom WRITE SetPageFootToBottom)
+    Q_PROPERTY(QString PageHead READ PageHead WRITE SetPageHead)
+    Q_PROPERTY(faroven::TAlignment PageHeadAlignment READ PageHeadAlignment WRITE SetPageHeadAlignment)
+    Q_PROPERTY(int PageHeadToTop READ PageHeadToTop WRITE SetPageHeadToTop)
+    Q_PROPERTY(uint PageHeight READ PageHeight WRITE SetPageHeight)
+    Q_PROPERTY(faroven::TPrinterOrientation PageOrientation READ PageOrientation WRITE SetPageOrientation)
+    Q_PROPERTY(faroven::TPageStyle PageStyle READ PageStyle WRITE SetPageStyle)
+    Q_PROPERTY(uint PageWidth READ PageWidth WRITE SetPageWidth)
+    Q_PROPERTY(faroven::TPenStyleJoinType PenStyleJoinType READ PenStyleJoinType WRITE SetPenStyleJoinType)
+    Q_PROPERTY(faroven::TPenStyleEndCapType PenStyleEndCapType READ PenStyleEndCapType WRITE SetPenStyleEndCapType)
+    Q_PROPERTY(bool PrintABorder READ PrintABorder WRITE SetPrintABorder)
+    Q_PROPERTY(int PrintABordertoBottom READ PrintABordertoBottom WRITE SetPrintABordertoBottom)
+    Q_PROPERTY(int PrintABordertoLeft READ PrintABordertoLeft WRITE SetPrintABordertoLeft)
+    Q_PROPERTY(int PrintABordertoRight READ PrintABordertoRight WRITE SetPrintABordertoRight)
+    Q_PROPERTY(int PrintABordertoTop READ PrintABordertoTop WRITE SetPrintABordertoTop)
+    Q_PROPERTY(bool PrintBackground READ PrintBackground WRITE SetPrintBackground)
+    Q_PROPERTY(double Ratio READ Ratio WRITE SetRatio)
+    Q_PROPERTY(bool ResizeEnable READ ResizeEnable WRITE SetResizeEnable)
+    Q_PROPERTY(bool ReturnToSelecting READ ReturnToSelecting WRITE SetReturnToSelecting)
+    Q_PROPERTY(int RotateConstraintDegree READ RotateConstraintDegree WRITE SetRotateConstraintDegree)
+    Q_PROPERTY(bool RotateEnable READ RotateEnable WRITE SetRotateEnable)
+    Q_PROPERTY(faroven::TDrawTool ShapeTool READ ShapeTool WRITE SetShapeTool)
+    Q_PROPERTY(bool ShowHint READ ShowHint WRITE SetShowHint)
+    Q_PROPERTY(bool ShowHotLink READ ShowHotLink WRITE SetShowHotLink)
+    Q_PROPERTY(bool Snap READ Snap WRITE SetSnap)
+    Q_PROPERTY(int SnapPixels READ SnapPixels WRITE SetFSnapPixels)
+    Q_PROPERTY(bool SnapShape READ SnapShape WRITE SetSnapShape)
+    Q_PROPERTY(int Tag READ Tag WRITE SetTag)
+    Q_PROPERTY(faroven::TUnits TheUNIT READ TheUNIT WRITE SetUnit)
+    Q_PROPERTY(int UndoRedoSize READ UndoRedoSize WRITE SetUndoRedoSize)
+    Q_PROPERTY(QString Version READ Version)
+    Q_PROPERTY(bool Visible READ Visible WRITE SetVisible)
+    Q_PROPERTY(faroven::TXYMode XYMode READ XYMode WRITE SetXYMode)
+    Q_PROPERTY(double Zoom READ Zoom WRITE SetZoom)
+
+public:
+    explicit TMyCAD(QWidget* owner = nullptr);
+    ~TMyCAD() override;
+
+    // ==== Published properties ===========================================================
+    TArcMode ArcMode() const { return m_arcMode; }
+    void SetArcMode(TArcMode v) { m_arcMode = v; }
+    int ArrowAngle() const { return m_arrowAngle; }
+    void SetArrowAngle(int v) { m_arrowAngle = v; }
+    uint8_t ArrowLength() const { return m_arrowLength; }
+    void SetArrowLength(int v) { m_arrowLength = uint8_t(v); }
+    uint8_t ArrowOffset() const { return m_arrowOffset; }
+    void SetArrowOffset(int v) { m_arrowOffset = uint8_t(v); }
+    TArrowStyle ArrowStyle() const { return m_arrowStyle; }
+    void SetArrowStyle(TArrowStyle v) { m_arrowStyle = v; }
+    TBitmap* BkBitmap() { return &m_bkBitmap; }
+    void SetBkBitmap(const TBitmap& v);
+    TBkBitmapMode BkBitmapMode() const { return m_bkBitmapMode; }
+    void SetBkBitmapMode(TBkBitmapMode v);
+    TBrush* Brush() { return &m_brush; }
+    void SetBrush(const TBrush& v) { m_brush.Assign(v); }
+    TColor ColorOfBackGround() const { return m_colorOfBackGround; }
+    void SetColorOfBackGround(TColor v);
+    TColor ColorOfHot() const { return m_colorOfHot; }
+    // Stores the colour and makes it the process-wide hot colour of every canvas.
+    void SetColorOfHot(TColor v);
+    bool CrossLine() const { return m_crossLine; }
+    void SetCrossLine(bool v) { m_crossLine = v; }
+    bool DragEnable() const { return m_dragEnable; }
+    void SetDragEnable(bool v) { m_dragEnable = v; }
+    TDragMode DragMode() const { return m_dragMode; }
+    void SetDragShapeMode(TDragMode v) { m_dragMode = v; }
+    bool DragTrace() const { return m_dragTrace; }
+    void SetDragTrace(bool v) { m_dragTrace = v; }
+    bool DisableTextInput() const { return m_disableTextInput; }
+    void SetDisableTextInput(bool v) { m_disableTextInput = v; }
+    TFont* Font() { return &m_font; }
+    void SetFont(const TFont& v) { m_font.Assign(v); }
+    TGridObject* GridOperation() { return &m_grid; }
+    void SetGridOperation(const TGridObject& v) { m_grid.Assign(v); }
+    bool HotShow() const { return m_hotShow; }
+    void SetHotShow(bool v);
+    uint8_t HotSize() const { return m_hotSize; }
+    void SetHotSize(int v);
+    QLabel* LabelValue() const { return m_labelValue; }
+    void SetLabelValue(QLabel* v);
+    QLabel* LabelXY() const { return m_labelXY; }
+    void SetLabelXY(QLabel* v);
+    bool LinklineAroundShape() const { return m_linklineAroundShape; }
+    void SetLinklineAroundShape(bool v) { m_linklineAroundShape = v; }
+    TLinkLineDrawStyle LinkLineDrawStyle() const { return m_linkLineDrawStyle; }
+    void SetLinkLineDrawStyle(TLinkLineDrawStyle v) { m_linkLineDrawStyle = v; }
+    bool LockBound() const { return m_lockBound; }
+    void SetLockBound(bool v) { m_lockBound = v; }
+    bool MouseEffect() const { return m_mouseEffect; }
+    void SetMouseEffect(bool v) { m_mouseEffect = v; }
+    bool OperateAllLayer() const { return m_operateAllLayer; }
+    void SetOperateAllLayer(bool v) { m_operateAllLayer = v; }
+    QString PageFoot() const { return m_pageFoot; }
+    void SetPageFoot(const QString& v);
+    TAlignment PageFootAlignment() const { return m_pageFootAlignment; }
+    void SetPageFootAlignment(TAlignment v);
+    TFont* PageFootFont() { return &m_pageFootFont; }
+    void SetPageFootFont(const TFont& v) { m_pageFootFont.Assign(v); }
+    uint8_t PageFootToBottom() const { return m_pageFootToBottom; }
+    void SetPageFootToBottom(int v);
+    QString PageHead() const { return m_pageHead; }
+    void SetPageHead(const QString& v);
+    TAlignment PageHeadAlignment() const { return m_pageHeadAlignment; }
+    void SetPageHeadAlignment(TAlignment v);
+    TFont* PageHeadFont() { return &m_pageHeadFont; }
+    void SetPageHeadFont(const TFont& v) { m_pageHeadFont.Assign(v); }
+    uint8_t PageHeadToTop() const { return m_pageHeadToTop; }
+    void SetPageHeadToTop(int v);
+    uint32_t PageHeight() const { return m_pageHeight; }
+    void SetPageHeight(uint32_t mm);
+    TPrinterOrientation PageOrientation() const { return m_pageOrientation; }
+    void SetPageOrientation(TPrinterOrientation v) { m_pageOrientation = v; }
+    TPageStyle PageStyle() const { return m_pageStyle; }
+    void SetPageStyle(TPageStyle style);
+    uint32_t PageWidth() const { return m_pageWidth; }
+    void SetPageWidth(uint32_t mm);
+    TPen* Pen() { return &m_pen; }
+    void SetPen(const TPen& v) { m_pen.Assign(v); }
+    TPenStyleJoinType PenStyleJoinType() const { return m_penStyleJoinType; }
+    void SetPenStyleJoinType(TPenStyleJoinType v) { m_penStyleJoinType = v; }
+    TPenStyleEndCapType PenStyleEndCapType() const { return m_penStyleEndCapType; }
+    void SetPenStyleEndCapType(TPenStyleEndCapType v) { m_penStyleEndCapType = v; }
+    bool PrintABorder() const { return m_printABorder; }
+    void SetPrintABorder(bool v) { m_printABorder = v; }
+    uint8_t PrintABordertoBottom() const { return m_printABordertoBottom; }
+    void SetPrintABordertoBottom(int v) { m_printABordertoBottom = uint8_t(v); }
+    uint8_t PrintABordertoLeft() const { return m_printABordertoLeft; }
+    void SetPrintABordertoLeft(int v) { m_printABordertoLeft = uint8_t(v); }
+    uint8_t PrintABordertoRight() const { return m_printABordertoRight; }
+    void SetPrintABordertoRight(int v) { m_printABordertoRight = uint8_t(v); }
+    uint8_t PrintABordertoTop() const { return m_printABordertoTop; }
+    void SetPrintABordertoTop(int v) { m_printABordertoTop = uint8_t(v); }
+    bool PrintBackground() const { return m_printBackground; }
+    void SetPrintBackground(bool v) { m_printBackground = v; }
+    double Ratio() const { return m_ratio; }
+    void SetRatio(double v) { m_ratio = v; }
+    bool ResizeEnable() const { return m_resizeEnable; }
+    void SetResizeEnable(bool v) { m_resizeEnable = v; }
+    bool ReturnToSelecting() const { return m_returnToSelecting; }
+    void SetReturnToSelecting(bool v) { m_returnToSelecting = v; }
+    int RotateConstraintDegree() const { return m_rotateConstraintDegree; }
+    void SetRotateConstraintDegree(int v) { m_rotateConstraintDegree = v; }
+    bool RotateEnable() const { return m_rotateEnable; }
+    void SetRotateEnable(bool v) { m_rotateEnable = v; }
+    TDrawTool ShapeTool() const { return m_shapeTool; }
+    // Stores the tool and sets the action it starts; a drawing tool also clears the current shape.
+    void SetShapeTool(TDrawTool tool);
+    bool ShowHotLink() const { return m_showHotLink; }
+    void SetShowHotLink(bool v);
+    bool Snap() const { return m_snap; }
+    void SetSnap(bool v) { m_snap = v; }
+    uint8_t SnapPixels() const { return m_snapPixels; }
+    void SetFSnapPixels(int v) { m_snapPixels = uint8_t(v); }
+    bool SnapShape() const { return m_snapShape; }
+    void SetSnapShape(bool v) { m_snapShape = v; }
+    TUnits TheUNIT() const { return m_theUnit; }
+    void SetUnit(TUnits v);
+    uint8_t UndoRedoSize() const { return m_undoRedoSize; }
+    void SetUndoRedoSize(int v) { m_undoRedoSize = uint8_t(v); }
+    TUserData* UserData() { return &m_userData; }
+    QString Version() const { return QStringLiteral("2013"); }
+    TXYMode XYMode() const { return m_xyMode; }
+    void SetXYMode(TXYMode v) { m_xyMode = v; }
+    double Zoom() const { return m_zoom; }
+    // The control's size follows: the page in millimetres at the screen's
+    // resolution times the zoom. Setting the current value changes nothing.
+    void SetZoom(double zoom);
+
+    // ==== Published events ===================================================================
+    TActionToolToSelecting OnActionToolToSelecting;
+    TChildhapeSelected OnChildShapeSelected;
+    TLayerOp OnDeleteLayer;
+    TLayerOp OnNewLayer;
+    TEnterLeaveShape OnMouseEnterShape;
+    TEnterLeaveShape OnMouseLeaveShape;
+    TNodeAdded OnNodeAdded;
+    TNodeDeleted OnNodeDeleted;
+    TShapeAdded OnShapeAdded;
+    TShapeCodeDraggingSizing OnShapeCodeDragging;
+    TShapeCodeRotating OnShapeCodeRotating;
+    TShapeDeleted OnShapeDeleted;
+    TShapeMouseDraggingSizingRotating OnShapeMouseDragged;
+    TShapeMouseDraggingSizingRotating OnShapeMouseDragging;
+    TShapeMouseDraggingSizingRotating OnShapeMouseResized;
+    TShapeMouseDraggingSizingRotating OnShapeMouseResizeFinished;
+    TShapeMouseDraggingSizingRotating OnShapeMouseResizing;
+    TShapeMouseDraggingSizingRotating OnShapeMouseRotated;
+    TShapeMouseDraggingSizingRotating OnShapeMouseRotating;
+    TShapeSelected OnShapeSelected;
+    TWholeDragOperation OnWholeDragged;
+
+    // ==== Unpublished state =================================================================
+    QString DiskFileVersion() const { return m_diskFileVersion; }
+    void SetDiskFileVersion(const QString& v) { m_diskFileVersion = v; }
+    double PreZoom() const { return m_preZoom; }
+    TActionTools Action() const { return m_action; }
+    void SetAction(TActionTools v) { m_action = v; }
+    TMyShape* CurrentShape() const { return m_currentShape; }
+    void SetCurrentShape(TMyShape* shape) { m_currentShape = shape; }
+    // The drawing's shapes in z-order (index 0 is painted first); owned.
+    const std::vector<TMyShape*>& MyShapes() const { return m_myShapes; }
+    // Shapes waiting to be inserted from a block or the clipboard; owned.
+    const std::vector<TMyShape*>& MemShapes() const { return m_memShapes; }
+    // The selection, in the order shapes were added to it; not owned.
+    const std::vector<TMyShape*>& WorkingShapes() const { return m_workingShapes; }
+    // The id the next added shape gets.
+    int NextShapeId() const { return m_nextShapeId; }
+    // Root shapes the last paint drew, by number.
+    const std::vector<int>& PaintedShapes() const { return m_paintedShapes; }
+    bool Changed() const { return m_changed; }
+    void SetChanged(bool v) { m_changed = v; }
+    bool Painting() const { return m_painting; }
+    int LinkHotShapeNo() const { return m_linkHotShapeNo; }
+    int LinkHotPointIndex() const { return m_linkHotPointIndex; }
+
+    // ==== Shape registry =====================================================================
+    // Appends the shape at the end of MyShapes. Unless keepLayer, the shape goes
+    // on the current layer; unless noCount, the id counter counts up. Id, number
+    // and name are the caller's to set first (see AddNewShape). Without any
+    // layer, the fatal "Error!There is no Layer!" is raised and nothing is added.
+    bool AddShape(TMyShape* shape, bool keepLayer = false, bool noCount = false);
+    // Stores the shape at an index of MyShapes, which the loader has sized.
+    bool AddShapeforLoadfromStream(int index, TMyShape* shape, bool noCount);
+    // Sizes MyShapes for a loader (new slots are empty).
+    void SetShapesCountForLoad(int count);
+    // Numbers the shape, gives it the next id and the name "Shape" + id, and
+    // adds it on the current layer, as drawing with the mouse does.
+    bool AddNewShape(TMyShape* shape);
+    int GetShapesCount() const { return int(m_myShapes.size()); }
+    int GetMemShapesCount() const { return int(m_memShapes.size()); }
+    TMyShape* GetShapeByNo(int no) const;
+    TMyShape* GetShapeByID(int id) const;
+    TMyShape* GetShapeByName(const QString& name) const;
+    int GetShapeNoById(int id) const;
+    int GetShapeNoInMyShapes(const TMyShape* shape) const;
+    TMyShape* GetRootParentShape(TMyShape* shape) const;
+    TMyShape* GetNextSingleorRootShape(int no) const;
+    TMyShape* GetPrevSingleorRootShape(int no) const;
+    TMyShape* GetSelectedShape() const;
+    std::vector<TMyShape*> GetSelectedShapes() const { return m_workingShapes; }
+    int GetSelectedShapesCount() const { return int(m_workingShapes.size()); }
+    int GetWorkingShapesCount() const { return int(m_workingShapes.size()); }
+
+    // ==== Selection and region tests =========================================================
+    void AddWorkingShapes(TMyShape* shape);
+    void RemoveWorkingShape(TMyShape* shape);
+    void RemoveAllWorkingShapes();
+    int IsInWorkingShape(const TMyShape* shape) const;
+    // Draws the hot marks of every selected shape onto the control canvas.
+    void SelectAllWorkingShapes();
+    // A zoomed point of the shape (or of a child) lies in the pixel rectangle.
+    bool IsPtinRegion(const TRect& rect, TMyShape* shape);
+    // The shape's zoomed bounds contain the pixel rectangle.
+    bool IsShapeBigthanRegion(const TRect& rect, TMyShape* shape);
+    // The root's zoomed bounds lie inside the rectangle spanned by two pixel points, borders included.
+    bool IsInRegion(TPoint p1, TPoint p2, TMyShape* shape);
+    // Not visible: false; else the shape's or any descendant's IsClickedMe.
+    bool IsClickedMeforShape(TCanvas* canvas, TMyShape* shape, TPoint point);
+
+    // ==== Layers ===============================================================================
+    int NewLayer(const QString& name, bool visible);
+    uint8_t GetLayersCount() const { return uint8_t(m_layers.Count()); }
+    int GetLayerNoById(int id) const { return m_layers.IndexOfId(id); }
+    int GetLayerNoByName(const QString& name) const { return m_layers.IndexOfName(name); }
+    int GetLayerIdByName(const QString& name) const;
+    int GetLayerIdByNo(int index) const;
+    QString GetLayerNameByID(int id) const;
+    bool SetLayerNameByID(int id, const QString& name);
+    bool SetLayerNameByName(const QString& oldName, const QString& newName);
+    int GetMaxLayerId() const;
+    int CurrentLayerId() const { return m_layers.CurrentId(); }
+    void SetCurrentLayerId(int id);
+    void VisibleLayerByID(int id);
+    void VisibleLayerByName(const QString& name);
+    void InVisibleLayerByID(int id);
+    void InVisibleLayerByName(const QString& name);
+    bool IsVisibleLayerByID(int id) const { return m_layers.IsVisible(id); }
+    void VisibleAllLayer();
+    std::vector<TMyShape*> GetShapesByLayerId(int id) const;
+    int GetShapesCountInALayer(int id) const;
+    void SelectAllShapesByLayerId(int id);
+    const TLayerTable& Layers() const { return m_layers; }
+
+    // ==== Page, zoom, grid and background =====================================================
+    TPageStyle GetPageStyleByWH(uint32_t width, uint32_t height) const;
+    // Control pixel point to the user's coordinates by XYMode.
+    TPoint GetPointByMode(TPoint p) const;
+    TMyPoint GetMyPointByMode(TMyPoint p) const;
+    void GetMousePointbyDragMode(TPoint from, TPoint& to) const;
+    void DrawGrid(TBitmap* bitmap, const TRect& rect);
+    void DrawBkBitmap(TBitmap* bitmap, int dx, int dy);
+
+    // ==== Painting ===============================================================================
+    void Paint() override;
+    void DrawAll(const TRect& rect);
+    void DrawAllShape(TCanvas* canvas, const TRect& rect);
+    void FillBackground(TBitmap* bitmap);
+    void DrawBorder(TCanvas* canvas);
+    void DrawHeadFoot(TCanvas* canvas);
+    void DrawBackground(TCanvas* canvas, const TRect& rect);
+    // The off-screen buffer the last paint drew into.
+    TBitmap* PaintBuffer() { return &m_paintBuffer; }
+    // Called by a shape when it changes; schedules a repaint.
+    void ShapeChanged(TMyShape* shape);
+
+protected:
+    void Notification(QObject* component, TOperation operation) override;
+
+private:
+    void sizeControl();
+    void drawShapeTree(TCanvas* canvas, TMyShape* shape);
+    void drawLinkHotTree(TCanvas* canvas, TMyShape* shape);
+    void offsetShapeTree(TMyShape* shape, double dx, double dy);
+    bool anyPointIn(const TRect& rect, TMyShape* shape);
+    TMyRect zoomedBounds(TMyShape* shape) const;
+    void setLayerVisible(int index, bool visible);
+
+    // Published fields, in the order of the property list.
+    TArcMode m_arcMode = amCircle;
+    int m_arrowAngle = 10;
+    uint8_t m_arrowLength = 30;
+    uint8_t m_arrowOffset = 0;
+    TArrowStyle m_arrowStyle = ANone;
+    TBitmap m_bkBitmap;
+    TBkBitmapMode m_bkBitmapMode = Center;
+    TBrush m_brush;
+    TFont m_font;
+    TColor m_colorOfBackGround = clWhite;
+    TColor m_colorOfHot = clGray;
+    bool m_crossLine = true;
+    bool m_disableTextInput = false;
+    QString m_diskFileVersion = QStringLiteral("XP.j");
+    bool m_dragEnable = true;
+    TDragMode m_dragMode = dgBoth;
+    TGridObject m_grid;
+    bool m_hotShow = true;
+    uint8_t m_hotSize = 4;
+    QPointer<QLabel> m_labelValue;
+    QPointer<QLabel> m_labelXY;
+    bool m_linklineAroundShape = true;
+    TLinkLineDrawStyle m_linkLineDrawStyle = lldsHV;
+    bool m_lockBound = false;
+    bool m_mouseEffect = true;
+    bool m_operateAllLayer = true;
+    QString m_pageFoot;
+    QString m_pageHead;
+    TAlignment m_pageFootAlignment = taRightJustify;
+    TFont m_pageFootFont;
+    TFont m_pageHeadFont;
+    uint8_t m_pageFootToBottom = 15;
+    TAlignment m_pageHeadAlignment = taCenter;
+    uint8_t m_pageHeadToTop = 15;
+    uint32_t m_pageHeight = 297;
+    uint32_t m_pageWidth = 210;
+    TPrinterOrientation m_pageOrientation = poPortrait;
+    TPageStyle m_pageStyle = A4;
+    TPen m_pen;
+    TPenStyleJoinType m_penStyleJoinType = psjtROUND;
+    TPenStyleEndCapType m_penStyleEndCapType = psectROUND;
+    double m_preZoom = 1.0;
+    bool m_printABorder = true;
+    uint8_t m_printABordertoBottom = 20;
+    uint8_t m_printABordertoLeft = 20;
+    uint8_t m_printABordertoRight = 20;
+    uint8_t m_printABordertoTop = 20;
+    bool m_printBackground = false;
+    double m_ratio = 1.0;
+    bool m_resizeEnable = true;
+    bool m_returnToSelecting = true;
+    int m_rotateConstraintDegree = 0;
+    bool m_rotateEnable = true;
+    TDrawTool m_shapeTool = SpSelecting;
+    bool m_showHotLink = true;
+    bool m_snap = true;
+    uint8_t m_snapPixels = 4;
+    bool m_snapShape = false;
+    uint8_t m_undoRedoSize = 10;
+    TUnits m_theUnit = mm;
+    TUserData m_userData;
+    TXYMode m_xyMode = Mode0;
+    double m_zoom = 1.0;
+
+    // Unpublished state.
+    std::vector<TMyShape*> m_memShapes;
+    int m_linkHotShapeNo = -1;
+    int m_linkHotPointIndex = 0;
+    TPoint m_downPoint;
+    TPoint m_lastPoint;
+    TPoint m_currentPoint;
+    TBitmap m_paintBuffer;
+    bool m_painting = false;
+    std::vector<int> m_paintedShapes;
+    TMyShape* m_currentShape = nullptr;
+    bool m_dragTrace = true;
+    bool m_changed = false;
+    std::vector<TMyShape*> m_myShapes;
+    int m_nextShapeId = 0;
+    std::vector<TMyShape*> m_workingShapes;
+    TLayerTable m_layers;
+    TActionTools m_action = dtSelecting;
+};
+
+}  // namespace faroven

@@ -1,0 +1,137 @@
+// TMyCAD: the paint pipeline. Paint draws the invalid rectangle into an
+// off-screen buffer of that size (background, background picture, grid, page
+// texts, shapes), copies it onto the control and draws the selection's hot
+// marks on top.
+#include "cad/canvas/mycad.h"
+
+#include "cad/geometry/geometry.h"
+#include "cad/geometry/markers.h"
+#include "cad/geometry/rotated_text.h"
+#include "platform/system.h"
+
+namespace faroven {
+
+void TMyCAD::Paint() {
+    if (m_painting) return;
+    m_painting = true;
+    TCanvas* canvas = Canvas();
+    const TRect clip = canvas->ClipRect();
+    DrawAll(clip);
+    canvas->Draw(clip.left, clip.top, &m_paintBuffer);
+    if (Designing()) {
+        // In a form designer a dashed frame shows where the control lies.
+        canvas->Pen()->SetStyle(psDash);
+        canvas->Pen()->SetColor(clBlack);
+        canvas->Pen()->SetMode(pmCopy);
+        canvas->Brush()->SetStyle(bsClear);
+        canvas->Rectangle(ClientRect());
+    }
+    SelectAllWorkingShapes();
+    if (!Designing() && OnPaint) OnPaint(this);
+    m_painting = false;
+}
+
+void TMyCAD::DrawAll(const TRect& rect) {
+    m_paintBuffer.SetSize(rect.Width(), rect.Height());
+    if (m_paintBuffer.Empty()) return;
+    FillBackground(&m_paintBuffer);
+    DrawBkBitmap(&m_paintBuffer, -rect.left, -rect.top);
+    DrawGrid(&m_paintBuffer, rect);
+    TCanvas* canvas = m_paintBuffer.Canvas();
+    canvas->SetWindowOrg(rect.left, rect.top);
+    DrawHeadFoot(canvas);
+    canvas->SetWindowOrg(0, 0);
+    DrawAllShape(canvas, rect);
+}
+
+void TMyCAD::FillBackground(TBitmap* bitmap) {
+    TCanvas* canvas = bitmap->Canvas();
+    canvas->Brush()->SetColor(m_colorOfBackGround);
+    canvas->Brush()->SetStyle(bsSolid);
+    canvas->FillRect(TRect{0, 0, bitmap->Width(), bitmap->Height()});
+}
+
+void TMyCAD::DrawBackground(TCanvas* canvas, const TRect& rect) {
+    canvas->Brush()->SetColor(m_colorOfBackGround);
+    canvas->Brush()->SetStyle(bsSolid);
+    canvas->FillRect(rect);
+}
+
+// Root shapes of visible layers whose painted pixels can reach the rectangle
+// are drawn in MyShapes order, each after its children, so a later shape
+// covers an earlier one. The buffer's origin is the rectangle's corner: the
+// canvas is given that window origin, which shifts whole pixels and leaves the
+// shapes' coordinates untouched.
+void TMyCAD::DrawAllShape(TCanvas* canvas, const TRect& rect) {
+    m_paintedShapes.clear();
+    for (size_t i = 0; i < m_myShapes.size(); ++i) {
+        TMyShape* shape = m_myShapes[i];
+        if (!shape || shape->HasParentShape() || !m_layers.IsVisible(shape->LayerId())) continue;
+        TRect overlap;
+        if (IntersectRect(overlap, shape->GetPaintBoundsInZoom(), rect) || IsShapeBigthanRegion(rect, shape) ||
+            IsPtinRegion(rect, shape))
+            m_paintedShapes.push_back(int(i));
+    }
+    const TPoint oldOrigin = canvas->WindowOrg();
+    canvas->SetWindowOrg(oldOrigin.x + rect.left, oldOrigin.y + rect.top);
+    for (int no : m_paintedShapes) drawShapeTree(canvas, m_myShapes[size_t(no)]);
+    for (int no : m_paintedShapes) drawLinkHotTree(canvas, m_myShapes[size_t(no)]);
+    canvas->SetWindowOrg(oldOrigin.x, oldOrigin.y);
+}
+
+void TMyCAD::drawShapeTree(TCanvas* canvas, TMyShape* shape) {
+    if (!shape || !shape->Visible()) return;
+    for (int child : shape->ChildShapeNos())
+        if (TMyShape* c = GetShapeByNo(child); c && c != shape) drawShapeTree(canvas, c);
+    shape->Draw(canvas);
+}
+
+void TMyCAD::drawLinkHotTree(TCanvas* canvas, TMyShape* shape) {
+    if (!shape) return;
+    DrawLinkHot(shape, canvas);
+    for (int child : shape->ChildShapeNos())
+        if (TMyShape* c = GetShapeByNo(child); c && c != shape) drawLinkHotTree(canvas, c);
+}
+
+void TMyCAD::SelectAllWorkingShapes() {
+    TCanvas* canvas = Canvas();
+    if (!canvas->HasDevice()) {
+        // Outside a paint the marks appear with the next one.
+        Invalidate();
+        return;
+    }
+    for (TMyShape* shape : m_workingShapes) shape->DrawHot(canvas);
+}
+
+void TMyCAD::DrawBorder(TCanvas* canvas) {
+    const double mm = ScreenPixelsPerInch() / 25.4 * m_zoom;
+    canvas->Pen()->SetColor(clBlack);
+    canvas->Pen()->SetStyle(psSolid);
+    canvas->Pen()->SetWidth(1);
+    canvas->Pen()->SetMode(pmCopy);
+    canvas->Brush()->SetStyle(bsClear);
+    canvas->Rectangle(Round(m_printABordertoLeft * mm), Round(m_printABordertoTop * mm),
+                      Width() - Round(m_printABordertoRight * mm), Height() - Round(m_printABordertoBottom * mm));
+}
+
+// Header and footer: their distances from the page's top and bottom are in
+// millimetres; left and right alignment keep the print margins; the text
+// scales with the zoom like the shapes' captions.
+void TMyCAD::DrawHeadFoot(TCanvas* canvas) {
+    const double mm = ScreenPixelsPerInch() / 25.4 * m_zoom;
+    auto place = [&](const QString& text, TFont* font, TAlignment alignment, int y) {
+        if (text.isEmpty()) return;
+        const TSize size = GetTextWidthHeight(canvas, text, font, 0, m_zoom);
+        int x = (Width() - size.cx) / 2;
+        if (alignment == taLeftJustify) x = Round(m_printABordertoLeft * mm);
+        if (alignment == taRightJustify) x = Width() - Round(m_printABordertoRight * mm) - size.cx;
+        MyLogTextOut(canvas, x, y, text, font, 0, m_zoom);
+    };
+    place(m_pageHead, &m_pageHeadFont, m_pageHeadAlignment, Round(m_pageHeadToTop * mm));
+    if (!m_pageFoot.isEmpty()) {
+        const TSize size = GetTextWidthHeight(canvas, m_pageFoot, &m_pageFootFont, 0, m_zoom);
+        place(m_pageFoot, &m_pageFootFont, m_pageFootAlignment, Height() - Round(m_pageFootToBottom * mm) - size.cy);
+    }
+}
+
+}  // namespace faroven

@@ -1,0 +1,358 @@
+// TMyShape: the base of every drawable object on a TMyCAD canvas.
+//
+// A shape keeps its geometry as a list of points in unzoomed drawing units
+// (y down), link points where link lines attach, its place in the canvas's
+// hierarchy (layer, parent, children, id, number), its caption and its fill.
+// The canvas reaches every kind of shape through the virtual operations below;
+// the concrete families override them. Angles are radians, clockwise on screen.
+//
+// Ownership: the canvas owns its shapes; a shape owns its pen, brush, font,
+// caption lines, user data and work bitmap, and refers to its canvas and to
+// other shapes (by number, the index in the canvas's MyShapes) without owning them.
+#pragma once
+
+#include "cad/enums.h"
+#include "cad/persistence/userdata.h"
+#include "cad/types.h"
+#include "platform/bitmap.h"
+#include "platform/canvas.h"
+#include "platform/component.h"
+#include "platform/control.h"
+#include "platform/graphics.h"
+#include "platform/strings.h"
+
+#include <memory>
+
+namespace faroven {
+
+class TMyCAD;
+class TStream;
+
+class TMyShape : public TComponent {
+    Q_OBJECT
+    Q_PROPERTY(float Angle READ Angle WRITE SetAngle)
+    Q_PROPERTY(QString Caption READ Caption WRITE SetCaption)
+    Q_PROPERTY(bool CaptionShow READ CaptionShow WRITE SetCaptionShow)
+    Q_PROPERTY(int ColorBegin READ ColorBegin WRITE SetColorBegin)
+    Q_PROPERTY(int ColorEnd READ ColorEnd WRITE SetColorEnd)
+    Q_PROPERTY(bool DragEnable READ DragEnable WRITE SetDragEnable)
+    Q_PROPERTY(faroven::TGradientStyle GradientStyle READ GradientStyle WRITE SetGradientStyle)
+    Q_PROPERTY(bool HotShow READ HotShow WRITE SetHotShow)
+    Q_PROPERTY(QString Info READ Info WRITE SetInfo)
+    Q_PROPERTY(bool IsFlipHorz READ IsFlipHorz WRITE SetIsFlipHorz)
+    Q_PROPERTY(bool IsFlipVert READ IsFlipVert WRITE SetIsFlipVert)
+    Q_PROPERTY(bool Locked READ Locked WRITE SetLocked)
+    Q_PROPERTY(int LogHeight READ LogHeight WRITE SetLogHeight)
+    Q_PROPERTY(bool LogUse READ LogUse WRITE SetLogUse)
+    Q_PROPERTY(int LogWidth READ LogWidth WRITE SetLogWidth)
+    Q_PROPERTY(QStringList MultiInfo READ multiInfoLines WRITE setMultiInfoLines)
+    Q_PROPERTY(faroven::TAlignment MultiInfoAlignment READ MultiInfoAlignment WRITE SetMultiInfoAlignment)
+    Q_PROPERTY(faroven::TPenStyleJoinType PenStyleJoinType READ PenStyleJoinType WRITE SetPenStyleJoinType)
+    Q_PROPERTY(faroven::TPenStyleEndCapType PenStyleEndCapType READ PenStyleEndCapType WRITE SetPenStyleEndCapType)
+    Q_PROPERTY(bool ResizeEnable READ ResizeEnable WRITE SetResizeEnable)
+    Q_PROPERTY(bool RotateEnable READ RotateEnable WRITE SetRotateEnable)
+    Q_PROPERTY(int Tag READ Tag WRITE SetTag)
+    Q_PROPERTY(bool Visible READ Visible WRITE SetVisible)
+
+public:
+    explicit TMyShape(TMyCAD* canvas);
+    ~TMyShape() override;
+    TMyShape(const TMyShape&) = delete;
+    TMyShape& operator=(const TMyShape&) = delete;
+
+    // ---- Published properties -------------------------------------------------
+    float Angle() const { return m_angle; }
+    void SetAngle(float v) { m_angle = v; changed(); }
+    TBrush* Brush() { return &m_brush; }
+    void SetBrush(const TBrush& v) { m_brush.Assign(v); }
+    QString Caption() const { return m_caption; }
+    void SetCaption(const QString& v) { m_caption = v; changed(); }
+    bool CaptionShow() const { return m_captionShow; }
+    void SetCaptionShow(bool v) { m_captionShow = v; changed(); }
+    TColor ColorBegin() const { return m_colorBegin; }
+    void SetColorBegin(TColor v) { m_colorBegin = v; changed(); }
+    TColor ColorEnd() const { return m_colorEnd; }
+    void SetColorEnd(TColor v) { m_colorEnd = v; changed(); }
+    bool DragEnable() const { return m_dragEnable; }
+    void SetDragEnable(bool v) { m_dragEnable = v; }
+    TFont* Font() { return &m_font; }
+    void SetFont(const TFont& v) { m_font.Assign(v); }
+    TGradientStyle GradientStyle() const { return m_gradientStyle; }
+    void SetGradientStyle(TGradientStyle v) { m_gradientStyle = v; changed(); }
+    bool HotShow() const { return m_hotShow; }
+    void SetHotShow(bool v) { m_hotShow = v; changed(); }
+    QString Info() const { return m_info; }
+    void SetInfo(const QString& v) { m_info = v; changed(); }
+    bool IsFlipHorz() const { return m_isFlipHorz; }
+    void SetIsFlipHorz(bool v) { m_isFlipHorz = v; }
+    bool IsFlipVert() const { return m_isFlipVert; }
+    void SetIsFlipVert(bool v) { m_isFlipVert = v; }
+    bool Locked() const { return m_locked; }
+    void SetLocked(bool v) { m_locked = v; changed(); }
+    int LogHeight() const { return m_logHeight; }
+    void SetLogHeight(int v) { m_logHeight = v; changed(); }
+    bool LogUse() const { return m_logUse; }
+    void SetLogUse(bool v) { m_logUse = v; changed(); }
+    int LogWidth() const { return m_logWidth; }
+    void SetLogWidth(int v) { m_logWidth = v; changed(); }
+    TStrings* MultiInfo() { return &m_multiInfo; }
+    void SetMultiInfo(const TStrings& v) { m_multiInfo.Assign(v); }
+    TAlignment MultiInfoAlignment() const { return m_multiInfoAlignment; }
+    void SetMultiInfoAlignment(TAlignment v) { m_multiInfoAlignment = v; changed(); }
+    TPen* Pen() { return &m_pen; }
+    void SetPen(const TPen& v) { m_pen.Assign(v); }
+    TPenStyleJoinType PenStyleJoinType() const { return m_penStyleJoinType; }
+    void SetPenStyleJoinType(TPenStyleJoinType v) { m_penStyleJoinType = v; changed(); }
+    TPenStyleEndCapType PenStyleEndCapType() const { return m_penStyleEndCapType; }
+    void SetPenStyleEndCapType(TPenStyleEndCapType v) { m_penStyleEndCapType = v; changed(); }
+    bool ResizeEnable() const { return m_resizeEnable; }
+    void SetResizeEnable(bool v) { m_resizeEnable = v; }
+    bool RotateEnable() const { return m_rotateEnable; }
+    void SetRotateEnable(bool v) { m_rotateEnable = v; }
+    TUserData* UserData() { return &m_userData; }
+    void SetUserData(const TUserData& v) { m_userData.Assign(v); }
+    bool Visible() const { return m_visible; }
+    void SetVisible(bool v) { m_visible = v; changed(); }
+    // Raised by the canvas when the shape is picked; the sender is the canvas.
+    TNotifyEvent OnClick;
+
+    // ---- Stored state that is not published -------------------------------------
+    TMyCAD* Canvas() const { return m_canvas; }
+    int ShapeNo() const { return m_shapeNo; }
+    void SetShapeNo(int v) { m_shapeNo = v; }
+    int GetShapeId() const { return m_shapeId; }
+    int ShapeId() const { return m_shapeId; }
+    void SetShapeId(int v) { m_shapeId = v; }
+    int ParentShapeNo() const { return m_parentShapeNo; }
+    void SetParentShapeNo(int v) { m_parentShapeNo = v; }
+    std::vector<int32_t>& ChildShapeNos() { return m_childShapeNos; }
+    const std::vector<int32_t>& ChildShapeNos() const { return m_childShapeNos; }
+    void SetChildShapeNos(const std::vector<int32_t>& v) { m_childShapeNos = v; }
+    TMyShapeNo& LinkShapeNos() { return m_linkShapeNos; }
+    const TMyShapeNo& LinkShapeNos() const { return m_linkShapeNos; }
+    void SetLinkShapeNos(const TMyShapeNo& v) { m_linkShapeNos = v; }
+    int LayerId() const { return m_layerId; }
+    void SetLayerId(int v) { m_layerId = v; }
+    int HotIndex() const { return m_hotIndex; }
+    void SetHotIndex(int v) { m_hotIndex = v; }
+    TMyPoint TextPoint() const { return m_textPoint; }
+    void SetTextPoint(TMyPoint v) { m_textPoint = v; changed(); }
+    TMyPoint CenterPoint() const { return m_centerPoint; }
+    void SetCenterPoint(TMyPoint v) { m_centerPoint = v; }
+    // Mutable access counts as a change for caches that compare Revision().
+    TArrMyPoint& Points() { ++m_revision; return m_points; }
+    const TArrMyPoint& Points() const { return m_points; }
+    void SetPoints(const TArrMyPoint& v) { m_points = v; changed(); }
+    TArrMyPoint& LinkPoints() { ++m_revision; return m_linkPoints; }
+    const TArrMyPoint& LinkPoints() const { return m_linkPoints; }
+    void SetLinkPoints(const TArrMyPoint& v) { m_linkPoints = v; changed(); }
+    TBitmap* WorkBitmap() { return &m_workBitmap; }
+
+    // ---- Virtual operations -------------------------------------------------------
+    // Converts two pixel points to a drawing-unit offset and calls DragChangeValuedxdy.
+    virtual void DragChangeValue(TPoint from, TPoint to);
+    // Moves the shape by (dx, dy) drawing units: points, link points, text point and centre.
+    virtual void DragChangeValuedxdy(double dx, double dy);
+    // Draws the moving outline during a drag; the base draws nothing.
+    virtual void Draging(TCanvas* canvas, TPoint from, TPoint to);
+    // Called once when the mouse has drawn the shape: stores the centre and puts
+    // the text point 10 units below the bottom edge, on the centre's x.
+    virtual void Drawed(TPoint from, TPoint to);
+    // Draws the hot marks of a selected shape: a square on every point, the
+    // link crosses, and the information diamond at the text point.
+    virtual void DrawHot(TCanvas* canvas);
+    // Rubber band while the shape is being drawn: the base joins its points and the mouse.
+    virtual void Drawing(TCanvas* canvas, TPoint from, TPoint to);
+    // A length of the shape in the canvas's unit; the base has no length (0).
+    virtual double GetLengthByUnit();
+    // Cursor for the mouse at a pixel point; the base gives the cross-hair.
+    virtual TCursor GetMouseCursor(int x, int y);
+    // Whether the mouse has finished drawing the shape; the base needs two points.
+    virtual bool IsDrawingFinished(TMouseButton button, TPoint point);
+    // Rotates points, link points and text point about the centre; adds to Angle.
+    virtual void RotateChangeValueByAngle(double angle);
+    // Rotation feedback: the outline of the points turned by the mouse's angle.
+    virtual void Rotating(TCanvas* canvas, TPoint from, TPoint to);
+    // Applies a resize; the base does nothing.
+    virtual void SizeChangeValue(TPoint from, TPoint to);
+    // Resize feedback; the base draws nothing.
+    virtual void Sizing(TCanvas* canvas, TPoint from, TPoint to);
+    // Converts the pixel point to drawing units and calls AddPoint.
+    virtual void AddPointByMouse(TPoint point);
+    // Copies another shape's properties and geometry, its relations included.
+    virtual void Assign(const TMyShape* source);
+    // The same without the relations (parent, children, link lines).
+    virtual void AssignWithoutRelation(const TMyShape* source);
+    // Paints the shape; the base paints only the caption.
+    virtual void Draw(TCanvas* canvas);
+    // Mirror the points about the centre's vertical or horizontal line.
+    virtual void FlipHoriz();
+    virtual void FlipVert();
+    virtual TMyPoint GetCenterPoint();
+    virtual TMyPoint GetCenterPointInZoom();
+    // The caption text: Info, or when that is empty the first line of MultiInfo.
+    virtual QString GetInfo();
+    // The point at the index; (0, 0) when the index is out of range.
+    virtual TMyPoint GetPoint(int index) const;
+    // Index of the hot mark under a pixel point, stored in the hot index; the base has none (-1).
+    virtual int InWhichHot(TPoint point);
+    // Hit test at a pixel point; the base is never hit.
+    virtual bool IsClickedMe(TCanvas* canvas, TPoint point);
+    // The shape's record in a stream (filled in by the file format).
+    virtual void LoadFromStream(TStream& stream);
+    virtual void SaveToStream(TStream& stream);
+
+    // ---- Points -------------------------------------------------------------------
+    void AddPoint(TMyPoint p);
+    int GetPointsCount() const { return int(m_points.size()); }
+    void SetPoint(int index, TMyPoint p);
+    void SetPointX(int index, float x);
+    void SetPointY(int index, float y);
+    void PointAddX(int index, float dx);
+    void PointAddY(int index, float dy);
+    void PointAddXY(int index, float dx, float dy);
+    TMyPoint GetPointInZoom(int index) const;
+    void SetPointInZoom(int index, TMyPoint p);
+    void SetPointXInZoom(int index, float x);
+    void SetPointYInZoom(int index, float y);
+    // Zoomed and converted by the canvas's XYMode (the coordinates shown to the user).
+    TMyPoint GetPointInZoomWithMode(int index) const;
+    TMyPoint ZoomedValuePt(TMyPoint p) const;
+
+    // ---- Link points ----------------------------------------------------------------
+    void AddLinkPoint(TMyPoint p);
+    TMyPoint GetLinkPoint(int index) const;
+    TMyPoint GetLinkPointInZoom(int index) const;
+    int GetLinkPointsCount() const { return int(m_linkPoints.size()); }
+    void SetLinkPoint(int index, TMyPoint p);
+    void SetLinkPointX(int index, float x);
+    void SetLinkPointY(int index, float y);
+    void LinkPointAddXY(int index, float dx, float dy);
+    // Index of the link point whose hot square holds the pixel point (last wins), or -1.
+    int InWhichLinkHot(TPoint point) const;
+
+    // ---- Bounds (drawing units unless "in pixels") -----------------------------------
+    TMyPoint GetLeftTop() const;
+    TMyPoint GetRightTop() const;
+    TMyPoint GetLeftBottom() const;
+    TMyPoint GetRightBottom() const;
+    // Width and height of the points' extent, in pixels at the canvas's zoom.
+    int GetWidth() const;
+    int GetHeight() const;
+    float GetMyWidth() const;
+    float GetMyHeight() const;
+    // Bounding box of the points in drawing units (empty rectangle without points).
+    TMyRect GetBounds() const;
+    // The pixels that Draw may touch at the current zoom: the points, link points
+    // and caption, grown by the pen. Painting and picking use it to skip shapes.
+    virtual TRect GetPaintBoundsInZoom();
+
+    // ---- Relations ----------------------------------------------------------------
+    bool HasParentShape() const { return m_parentShapeNo > -1; }
+    bool HasChildShapes() const { return !m_childShapeNos.empty(); }
+    bool HasLinkShapes() const { return !m_linkShapeNos.empty(); }
+
+    // ---- Drawing helpers --------------------------------------------------------------
+    // The caption (Info) and the multi-line caption centred on the text point,
+    // turned with the shape's angle, in the shape's font scaled by the zoom.
+    void DrawInfo(TCanvas* canvas);
+    // Fills a closed outline (pixels) with the shape's gradient.
+    void DrawGradient(TCanvas* canvas, const TArrPoint& outline);
+    void DrawHotLinkSquare(TCanvas* canvas);
+    // The normal drawing of a figure given by its outline in pixels: the
+    // shape's pen and brush, the gradient inside a closed outline when one is
+    // set, the geometric pen kinds when the pen is wider than one pixel.
+    void PowerDrawShape(TCanvas* canvas, const TArrPoint& outline, bool closed);
+    // The press is on the text point (its hot square).
+    bool InTextPointHot(TPoint point) const;
+    // The angle, in radians clockwise, that turning from one pixel point to
+    // another makes about the shape's centre.
+    double GetRotatedAngle(TPoint from, TPoint to);
+    // Scales every point, link point and the text point about an origin.
+    void SizeChangeValueByScale(double scaleX, double scaleY, TMyPoint origin);
+    // The centre of the points' bounding box.
+    TMyPoint ComputeCenterPoint() const;
+    // Text output through the shape's font, angle and the canvas's zoom; with
+    // LogUse the text box is LogWidth x LogHeight instead of the measured one.
+    void MyLogTextOut(TCanvas* canvas, int x, int y, const QString& text);
+    TSize GetTextWidthHeight(TCanvas* canvas, const QString& text);
+
+    // ---- Change hooks -----------------------------------------------------------------
+    void DoPenBrushChange(TObject* sender);
+    void DoFontChange(TObject* sender);
+
+    // The canvas's zoom (1 without a canvas).
+    double Zoom() const;
+    // Bumped on every change that may alter how the shape looks; caches compare it.
+    uint64_t Revision() const { return m_revision; }
+
+protected:
+    // Records a change: bumps the revision and tells the canvas.
+    void changed();
+    int hotSize() const;
+    // The square hot area of a point in pixels: the rounded zoomed point, HotSize
+    // to each side, far edges excluded.
+    bool inHotSquare(TMyPoint zoomed, TPoint point) const;
+    // The points converted to pixels at the current zoom.
+    TArrPoint pointsInZoom() const;
+
+
+private:
+    QStringList multiInfoLines() const { return m_multiInfo.Lines(); }
+    void setMultiInfoLines(const QStringList& v) { m_multiInfo.SetLines(v); }
+    void copyProperties(const TMyShape* source);
+
+    TMyCAD* m_canvas = nullptr;
+    float m_angle = 0;
+    TBrush m_brush;
+    QString m_caption;
+    bool m_captionShow = true;
+    TColor m_colorBegin = clWhite;
+    TColor m_colorEnd = clBlack;
+    bool m_dragEnable = true;
+    TFont m_font;
+    TGradientStyle m_gradientStyle = gsNone;
+    bool m_hotShow = true;
+    QString m_info;
+    bool m_isFlipHorz = false;
+    bool m_isFlipVert = false;
+    bool m_locked = false;
+    int m_logHeight = 10;
+    bool m_logUse = false;
+    int m_logWidth = 10;
+    TStrings m_multiInfo;
+    TAlignment m_multiInfoAlignment = taCenter;
+    TPen m_pen;
+    TPenStyleJoinType m_penStyleJoinType = psjtROUND;
+    TPenStyleEndCapType m_penStyleEndCapType = psectROUND;
+    bool m_resizeEnable = true;
+    bool m_rotateEnable = true;
+    TUserData m_userData;
+    bool m_visible = true;
+    TBitmap m_workBitmap{0, 0, pf24bit};
+    TMyPoint m_centerPoint;
+    std::vector<int32_t> m_childShapeNos;
+    TMyShapeNo m_linkShapeNos;
+    int m_layerId = 0;
+    int m_parentShapeNo = -1;
+    int m_hotIndex = -1;
+    int m_shapeId = -1;
+    int m_shapeNo = -1;
+    TMyPoint m_textPoint;
+    TArrMyPoint m_points;
+    TArrMyPoint m_linkPoints;
+    uint64_t m_revision = 0;
+};
+
+// Shape-level point helpers used by the canvas and the families.
+// Adds (dx, dy) to every point, every link point and the text point; the stored
+// centre is not touched.
+void OffsetAllPoints(TMyShape* shape, double dx, double dy);
+// Empties the point list; link points are kept.
+void RemoveAllPoints(TMyShape* shape);
+// Appends a link-line number unless it is already attached.
+void AddLinklineShape(TMyShape* shape, uint32_t no);
+// Removes the last occurrence of a link-line number, if any.
+void RemoveLinklineShape(TMyShape* shape, uint32_t no);
+
+}  // namespace faroven
