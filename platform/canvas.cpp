@@ -179,9 +179,42 @@ void TCanvas::LineTo(int x, int y) {
     } else if (QPainter* p = begin(); p && penVisible()) {
         applyMode(p);
         applyPen(p);
-        p->drawLine(m_penPos.x, m_penPos.y, x, y);
+        drawLineWithoutEnd(p, m_penPos, TPoint{x, y});
     }
     m_penPos = TPoint{x, y};
+}
+
+// A one-pixel line from a to b that leaves out b. Qt's flat-capped cosmetic
+// line always leaves out the end with the larger major coordinate, which is b
+// only for lines running right (x-major) or down (y-major); any other line is
+// drawn with both ends up to the pixel before b.
+void TCanvas::drawLineWithoutEnd(QPainter* p, TPoint a, TPoint b) {
+    const int dx = b.x - a.x, dy = b.y - a.y;
+    if (dx == 0 && dy == 0) return;
+    const bool xMajor = std::abs(dx) >= std::abs(dy);
+    const bool forward = xMajor ? dx > 0 : dy > 0;
+    if (forward || p->pen().widthF() > 1 || p->pen().capStyle() != Qt::FlatCap) {
+        p->drawLine(a.x, a.y, b.x, b.y);
+        return;
+    }
+    // The pixel before b along the major axis.
+    TPoint last;
+    if (xMajor) {
+        last.x = b.x - (dx > 0 ? 1 : -1);
+        last.y = a.y + Round(double(last.x - a.x) * dy / dx);
+    } else {
+        last.y = b.y - (dy > 0 ? 1 : -1);
+        last.x = a.x + Round(double(last.y - a.y) * dx / dy);
+    }
+    QPen pen = p->pen();
+    pen.setCapStyle(Qt::SquareCap);
+    p->setPen(pen);
+    if (last == a)
+        p->drawPoint(a.x, a.y);
+    else
+        p->drawLine(a.x, a.y, last.x, last.y);
+    pen.setCapStyle(Qt::FlatCap);
+    p->setPen(pen);
 }
 
 void TCanvas::Rectangle(int left, int top, int right, int bottom) {
@@ -278,7 +311,13 @@ void TCanvas::Polyline(const TPoint* points, int count) {
     applyMode(p);
     applyPen(p);
     applyNoBrush(p);
-    p->drawPolyline(poly);
+    if (p->pen().widthF() > 1 || p->pen().capStyle() != Qt::FlatCap) {
+        p->drawPolyline(poly);
+        return;
+    }
+    // Thin lines segment by segment, each without its end pixel, so that no
+    // joint is drawn twice (which an exclusive-or pen would erase).
+    for (int i = 1; i < count; ++i) drawLineWithoutEnd(p, points[i - 1], points[i]);
 }
 
 void TCanvas::PolyBezier(const TArrPoint& points) {

@@ -157,6 +157,7 @@ private:
     void applyNoPen(QPainter* p);
     void applyNoBrush(QPainter* p);
     void applyMode(QPainter* p);
+    void drawLineWithoutEnd(QPainter* p, TPoint a, TPoint b);
     QFont currentQFont() const;
     void drawText(QPainter* p, int x, int y, const QString& text, bool opaque);
     bool penVisible() const { return m_pen.Style() != psClear; }

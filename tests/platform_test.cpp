@@ -73,6 +73,33 @@ TEST_P(DrawingConventions, LineToLeavesOutTheEndPixel) {
     EXPECT_EQ(PixelAt(*bmp, 10, 12), clWhite);
 }
 
+TEST_P(DrawingConventions, LinesInEveryDirectionKeepTheStartAndLeaveOutTheEnd) {
+    const TPoint centre{20, 20};
+    for (int k = 0; k < 32; ++k) {
+        const double a = k * M_PI / 16;
+        const TPoint end{centre.x + Round(12 * std::cos(a)), centre.y + Round(9 * std::sin(a))};
+        auto bmp = whiteBitmap(41, 41, GetParam());
+        bmp->Canvas()->MoveTo(centre.x, centre.y);
+        bmp->Canvas()->LineTo(end.x, end.y);
+        EXPECT_EQ(PixelAt(*bmp, centre.x, centre.y), clBlack) << "to " << end.x << "," << end.y;
+        EXPECT_EQ(PixelAt(*bmp, end.x, end.y), clWhite) << "to " << end.x << "," << end.y;
+        EXPECT_EQ(CountPixels(bmp->Image(), clBlack), std::max(std::abs(end.x - centre.x), std::abs(end.y - centre.y)))
+            << "to " << end.x << "," << end.y;
+    }
+}
+
+TEST_P(DrawingConventions, PolylineJointsAreDrawnOnceInExclusiveOr) {
+    auto bmp = whiteBitmap(30, 30, GetParam());
+    TCanvas* c = bmp->Canvas();
+    c->Pen()->SetMode(pmXor);
+    c->Pen()->SetColor(clWhite);
+    const TArrPoint zigzag = {{25, 3}, {3, 3}, {3, 25}, {25, 14}, {10, 10}};
+    c->Polyline(zigzag);
+    for (size_t i = 0; i + 1 < zigzag.size(); ++i)
+        EXPECT_EQ(PixelAt(*bmp, zigzag[i].x, zigzag[i].y), clBlack) << "vertex " << i;
+    EXPECT_EQ(PixelAt(*bmp, 10, 10), clWhite) << "the last point is left out";
+}
+
 TEST_P(DrawingConventions, EllipseStaysInsideItsBox) {
     auto bmp = whiteBitmap(30, 30, GetParam());
     bmp->Canvas()->Ellipse(3, 4, 23, 18);

@@ -22,7 +22,6 @@
 #include "platform/graphics.h"
 
 #include <QLabel>
-#include <QPointer>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -409,8 +408,8 @@ private:
     TGridObject m_grid;
     bool m_hotShow = true;
     uint8_t m_hotSize = 4;
-    QPointer<QLabel> m_labelValue;
-    QPointer<QLabel> m_labelXY;
+    QLabel* m_labelValue = nullptr;  // not owned; cleared when the label goes
+    QLabel* m_labelXY = nullptr;
     bool m_linklineAroundShape = true;
     TLinkLineDrawStyle m_linkLineDrawStyle = lldsHV;
     bool m_lockBound = false;

@@ -137,8 +137,9 @@ void TMyCAD::SetShapeTool(TDrawTool tool) {
 
 void TMyCAD::Notification(QObject* component, TOperation operation) {
     if (operation != opRemove) return;
-    if (component == m_labelValue) m_labelValue = nullptr;
-    if (component == m_labelXY) m_labelXY = nullptr;
+    // Compared as QObject pointers: the label is already half destroyed.
+    if (component == static_cast<QObject*>(m_labelValue)) m_labelValue = nullptr;
+    if (component == static_cast<QObject*>(m_labelXY)) m_labelXY = nullptr;
 }
 
 void TMyCAD::ShapeChanged(TMyShape*) {

@@ -441,8 +441,8 @@ bool TMyShape::InTextPointHot(TPoint point) const { return inHotSquare(ZoomedVal
 
 double TMyShape::GetRotatedAngle(TPoint from, TPoint to) {
     const TMyPoint c = GetCenterPointInZoom();
-    const double a1 = std::atan2(from.y - c.y, from.x - c.x);
-    const double a2 = std::atan2(to.y - c.y, to.x - c.x);
+    const double a1 = std::atan2(double(from.y) - c.y, double(from.x) - c.x);
+    const double a2 = std::atan2(double(to.y) - c.y, double(to.x) - c.x);
     double a = a2 - a1;
     if (a > M_PI) a -= 2 * M_PI;
     if (a <= -M_PI) a += 2 * M_PI;

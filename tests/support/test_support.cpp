@@ -38,6 +38,21 @@ TRect InkBounds(const QImage& image, TColor color) {
     return any ? r : TRect{};
 }
 
+TRect InkBoundsExcept(const QImage& image, TColor background) {
+    TRect r{INT32_MAX, INT32_MAX, INT32_MIN, INT32_MIN};
+    bool any = false;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            if (PixelAt(image, x, y) != background) {
+                any = true;
+                r.left = std::min(r.left, x);
+                r.top = std::min(r.top, y);
+                r.right = std::max(r.right, x + 1);
+                r.bottom = std::max(r.bottom, y + 1);
+            }
+    return any ? r : TRect{};
+}
+
 MessageRecorder::MessageRecorder() {
     m_oldMessage = SetMessageHandler([this](const QString& s) { messages << s; });
     m_oldFatal = SetFatalHandler([this](const QString& s) { fatal << s; });

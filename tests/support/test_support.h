@@ -28,6 +28,10 @@ int CountPixels(const QImage& image, TColor color);
 // an empty rectangle when there are none.
 TRect InkBounds(const QImage& image, TColor color);
 
+// The bounding box of every pixel that differs from the background colour
+// (antialiased text has no pixel of exactly its own colour).
+TRect InkBoundsExcept(const QImage& image, TColor background);
+
 // While alive, message boxes and the fatal exit are recorded instead of shown.
 class MessageRecorder {
 public:
