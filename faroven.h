@@ -24,3 +24,5 @@
 #include "cad/persistence/stream_io.h"
 #include "cad/persistence/userdata.h"
 #include "cad/shapes/shape.h"
+#include "cad/geometry/bitmap_ops.h"
+#include "ruler/ruler.h"
