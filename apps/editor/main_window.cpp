@@ -1,6 +1,7 @@
 #include "main_window.h"
 
 #include "demo_shapes.h"
+#include "ruler_frame.h"
 
 #include <QAction>
 #include <QLabel>
@@ -12,12 +13,9 @@ using namespace faroven;
 
 MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent) {
     setWindowTitle(tr("Faroven editor"));
-    m_scroll = new QScrollArea(this);
-    m_scroll->setBackgroundRole(QPalette::Dark);
-    m_scroll->setAlignment(Qt::AlignCenter);
     m_cad = new TMyCAD();
-    m_scroll->setWidget(m_cad);
-    setCentralWidget(m_scroll);
+    m_frame = new RulerFrame(m_cad, this);
+    setCentralWidget(m_frame);
 
     QToolBar* view = addToolBar(tr("View"));
     QMenu* viewMenu = menuBar()->addMenu(tr("&View"));
@@ -40,6 +38,7 @@ MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent) {
 
 void MainWindow::setZoom(double zoom) {
     m_cad->SetZoom(std::clamp(zoom, 0.1, 8.0));
+    m_frame->UpdateRulers();
     statusBar()->showMessage(tr("Zoom %1 %  -  page %2 x %3 mm")
                                  .arg(qRound(m_cad->Zoom() * 100))
                                  .arg(m_cad->PageWidth())

@@ -1,11 +1,12 @@
-// The demo editor's main window: a canvas on its page in a scroll area, with
-// zoom controls.
+// The demo editor's main window: a canvas on its page in a scroll area with
+// rulers, and zoom controls.
 #pragma once
 
 #include "cad/canvas/mycad.h"
 
 #include <QMainWindow>
-#include <QScrollArea>
+
+class RulerFrame;
 
 class MainWindow : public QMainWindow {
     Q_OBJECT
@@ -17,6 +18,6 @@ private:
     void addSampleShapes();
     void setZoom(double zoom);
 
-    QScrollArea* m_scroll = nullptr;
+    RulerFrame* m_frame = nullptr;
     faroven::TMyCAD* m_cad = nullptr;
 };
