@@ -339,6 +339,9 @@ void TCanvas::PolyBezier(const TArrPoint& points) {
 
 namespace {
 enum class ArcKind { Arc, Chord, Pie };
+// The elliptic arc in the box from the radial through (x3, y3) counter-clockwise
+// to the radial through (x4, y4); a chord closes it with a straight line, a pie
+// through the centre.
 QPainterPath arcPath(ArcKind kind, int x1, int y1, int x2, int y2, int x3, int y3, int x4, int y4) {
     normalize(x1, x2);
     normalize(y1, y2);
@@ -347,45 +350,33 @@ QPainterPath arcPath(ArcKind kind, int x1, int y1, int x2, int y2, int x3, int y
     double sweep = radialAngle(box, x4, y4) - start;
     if (sweep <= 0) sweep += 360;
     QPainterPath path;
-    if (kind == ArcKind::Pie) path.moveTo(box.center());
-    path.arcMoveTo(box, start);
-    if (kind == ArcKind::Pie) {
-        path = QPainterPath(box.center());
-        path.arcTo(box, start, sweep);
-        path.closeSubpath();
-    } else {
-        path.arcTo(box, start, sweep);
-        if (kind == ArcKind::Chord) path.closeSubpath();
-    }
+    if (kind == ArcKind::Pie)
+        path.moveTo(box.center());
+    else
+        path.arcMoveTo(box, start);
+    path.arcTo(box, start, sweep);
+    if (kind != ArcKind::Arc) path.closeSubpath();
     return path;
 }
 }  // namespace
 
-void TCanvas::Arc(int x1, int y1, int x2, int y2, int x3, int y3, int x4, int y4) {
-    const QPainterPath path = arcPath(ArcKind::Arc, x1, y1, x2, y2, x3, y3, x4, y4);
-    if (m_pathOpen) {
+void TCanvas::drawFigure(const QPainterPath& path, bool fill) {
+    if (m_pathOpen)
         m_path.addPath(path);
-        return;
-    }
-    strokeAndFill(path, false, true);
+    else
+        strokeAndFill(path, fill, true);
+}
+
+void TCanvas::Arc(int x1, int y1, int x2, int y2, int x3, int y3, int x4, int y4) {
+    drawFigure(arcPath(ArcKind::Arc, x1, y1, x2, y2, x3, y3, x4, y4), false);
 }
 
 void TCanvas::Chord(int x1, int y1, int x2, int y2, int x3, int y3, int x4, int y4) {
-    const QPainterPath path = arcPath(ArcKind::Chord, x1, y1, x2, y2, x3, y3, x4, y4);
-    if (m_pathOpen) {
-        m_path.addPath(path);
-        return;
-    }
-    strokeAndFill(path, true, true);
+    drawFigure(arcPath(ArcKind::Chord, x1, y1, x2, y2, x3, y3, x4, y4), true);
 }
 
 void TCanvas::Pie(int x1, int y1, int x2, int y2, int x3, int y3, int x4, int y4) {
-    const QPainterPath path = arcPath(ArcKind::Pie, x1, y1, x2, y2, x3, y3, x4, y4);
-    if (m_pathOpen) {
-        m_path.addPath(path);
-        return;
-    }
-    strokeAndFill(path, true, true);
+    drawFigure(arcPath(ArcKind::Pie, x1, y1, x2, y2, x3, y3, x4, y4), true);
 }
 
 void TCanvas::strokeAndFill(const QPainterPath& path, bool fill, bool stroke) {

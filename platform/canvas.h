@@ -163,6 +163,8 @@ private:
     bool penVisible() const { return m_pen.Style() != psClear; }
     bool brushVisible() const { return m_brush.Style() != bsClear; }
     void strokeAndFill(const QPainterPath& path, bool fill, bool stroke);
+    // Records the figure while a path is open, else fills (optionally) and strokes it.
+    void drawFigure(const QPainterPath& path, bool fill);
 
     TPen m_pen;
     TBrush m_brush;

@@ -196,6 +196,28 @@ TEST(Regions, TooFewPointsGiveAnEmptyRegion) {
     EXPECT_TRUE(CreatePolygonRgn(two).isEmpty());
 }
 
+TEST(Canvas, ArcChordAndPieRunCounterClockwiseBetweenTheRadials) {
+    // The quarter from the radial through the right (3 o'clock) to the one
+    // through the top (12 o'clock).
+    auto arc = whiteBitmap(41, 41);
+    arc->Canvas()->Arc(0, 0, 41, 41, 40, 20, 20, 0);
+    EXPECT_GT(CountPixels(arc->Image(), clBlack), 20);
+    EXPECT_EQ(CountPixels(arc->Image().copy(0, 22, 41, 19), clBlack), 0) << "nothing in the lower half";
+    EXPECT_EQ(CountPixels(arc->Image().copy(0, 0, 18, 41), clBlack), 0) << "nothing in the left half";
+    auto pie = whiteBitmap(41, 41);
+    pie->Canvas()->Brush()->SetStyle(bsSolid);
+    pie->Canvas()->Brush()->SetColor(clRed);
+    pie->Canvas()->Pie(0, 0, 41, 41, 40, 20, 20, 0);
+    EXPECT_EQ(PixelAt(*pie, 28, 12), clRed) << "inside the quarter";
+    EXPECT_EQ(PixelAt(*pie, 12, 28), clWhite);
+    auto chord = whiteBitmap(41, 41);
+    chord->Canvas()->Brush()->SetStyle(bsSolid);
+    chord->Canvas()->Brush()->SetColor(clRed);
+    chord->Canvas()->Chord(0, 0, 41, 41, 40, 20, 20, 0);
+    EXPECT_EQ(PixelAt(*chord, 33, 7), clRed) << "between the arc and its chord";
+    EXPECT_EQ(PixelAt(*chord, 24, 16), clWhite) << "the centre side of the chord stays empty";
+}
+
 TEST(Canvas, InvertRectTwiceRestores) {
     auto bmp = whiteBitmap(10, 10);
     bmp->Canvas()->Pen()->SetColor(clRed);
