@@ -1,6 +1,6 @@
 // libFuzzer target for the DXF group reader: every input is walked section by
-// section, entry by entry and group by group, in both decimal-separator
-// settings, and the entries read are written and read back.
+// section, entry by entry and group by group under either decimal separator,
+// and the entries read are written and read back.
 #include "fuzz/dxf_read_harness.h"
 
 #include <cstddef>

@@ -65,7 +65,10 @@ inline void walkGroups(TDXFRead& reader) {
 inline void runDxfRead(const uint8_t* data, size_t size) {
     const QByteArray bytes(reinterpret_cast<const char*>(data), qsizetype(size));
     const QChar before = DecimalSeparator();
-    for (const QChar separator : {QChar(u'.'), QChar(u',')}) {
+    // The input's length picks the process-wide separator, so that both
+    // settings are explored at the cost of one walk.
+    {
+        const QChar separator = size % 2 ? QChar(u',') : QChar(u'.');
         SetDecimalSeparator(separator);
         TMemoryStream written;
         {
