@@ -47,14 +47,16 @@ bench: deps
 	@for b in build/bench/bench/*_bench; do echo "== $$b"; QT_QPA_PLATFORM=offscreen $$b || exit 1; done
 
 fuzz: fuzz-deps
-	cmake -S . -B build/fuzz -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_COMPILER=clang++-14 \
+	cmake -S . -B build/fuzz -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG="-g -O1" \
+	  -DCMAKE_CXX_COMPILER=clang++-14 \
 	  -DFAROVEN_BUILD_TESTS=OFF -DFAROVEN_BUILD_APPS=OFF -DFAROVEN_BUILD_FUZZ=ON -DFAROVEN_SANITIZE=ON
 	cmake --build build/fuzz
 	@for f in build/fuzz/fuzz/*_fuzzer; do \
-	  name=$$(basename $$f); corpus=build/fuzz/corpus/$$name; mkdir -p $$corpus; \
+	  name=$$(basename $$f); corpus=build/fuzz/corpus/$$name; artifacts=build/fuzz/artifacts/$$name; \
+	  mkdir -p $$corpus $$artifacts; \
 	  echo "== $$name for $(FUZZ_SECONDS) s"; \
 	  QT_QPA_PLATFORM=offscreen $$f -max_total_time=$(FUZZ_SECONDS) -rss_limit_mb=2048 -timeout=10 \
-	    $$corpus fuzz/corpus/$$name || exit 1; \
+	    -artifact_prefix=$$artifacts/ $$corpus fuzz/corpus/$$name || exit 1; \
 	done
 
 clean:
