@@ -1,5 +1,7 @@
 #include "ruler/ruler.h"
 
+#include "platform/convert.h"
+
 #include "platform/system.h"
 
 #include <QEvent>
@@ -48,8 +50,8 @@ double multiplierFor(int scale) {
     return 0;
 }
 
-// The decimal separator of the labels.
-QChar labelDecimalSeparator() { return QLatin1Char('.'); }
+// Labels use the process-wide decimal separator, as number formatting does everywhere.
+QChar labelDecimalSeparator() { return DecimalSeparator(); }
 
 // The value with the pattern "0.##": at least one integer digit, at most two
 // decimals without trailing zeros. Rounding is half away from zero on the
