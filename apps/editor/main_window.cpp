@@ -1,6 +1,8 @@
 #include "main_window.h"
 
 #include "demo_shapes.h"
+#include "layer_panel.h"
+#include "view_controls.h"
 
 #include <QAction>
 #include <QLabel>
@@ -34,6 +36,8 @@ MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent) {
         viewMenu->addAction(a);
     }
     addSampleShapes();
+    addDockWidget(Qt::RightDockWidgetArea, new LayerPanel(m_cad, this));
+    new ViewControls(m_cad, this);
     setZoom(1.0);
     resize(980, 760);
 }
