@@ -1,7 +1,9 @@
 #include "main_window.h"
 
 #include "demo_shapes.h"
+#include "layer_panel.h"
 #include "ruler_frame.h"
+#include "view_controls.h"
 
 #include <QAction>
 #include <QLabel>
@@ -32,18 +34,13 @@ MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent) {
         viewMenu->addAction(a);
     }
     addSampleShapes();
+    addDockWidget(Qt::RightDockWidgetArea, new LayerPanel(m_cad, this));
+    new ViewControls(m_cad, this);
     setZoom(1.0);
     resize(980, 760);
 }
 
-void MainWindow::setZoom(double zoom) {
-    m_cad->SetZoom(std::clamp(zoom, 0.1, 8.0));
-    m_frame->UpdateRulers();
-    statusBar()->showMessage(tr("Zoom %1 %  -  page %2 x %3 mm")
-                                 .arg(qRound(m_cad->Zoom() * 100))
-                                 .arg(m_cad->PageWidth())
-                                 .arg(m_cad->PageHeight()));
-}
+void MainWindow::setZoom(double zoom) { m_cad->SetZoom(std::clamp(zoom, 0.1, 8.0)); }
 
 void MainWindow::addSampleShapes() {
     struct Sample {

@@ -1,5 +1,6 @@
 #include "ruler_frame.h"
 
+#include <QEvent>
 #include <QGridLayout>
 #include <QScrollBar>
 #include <QTimer>
@@ -23,7 +24,7 @@ TRulerUnit rulerUnitOf(TUnits unit) {
 
 }  // namespace
 
-RulerFrame::RulerFrame(TMyCAD* cad, QWidget* parent) : QWidget(parent), m_cad(cad) {
+RulerFrame::RulerFrame(TMyCAD* cad, QWidget* parent) : QWidget(parent), m_cad(cad), m_unit(cad->TheUNIT()) {
     m_scroll = new QScrollArea(this);
     m_scroll->setBackgroundRole(QPalette::Dark);
     m_scroll->setAlignment(Qt::AlignCenter);
@@ -67,14 +68,28 @@ RulerFrame::RulerFrame(TMyCAD* cad, QWidget* parent) : QWidget(parent), m_cad(ca
         m_left->SetHairLinePos(-1);
         if (previousLeave) previousLeave(sender);
     };
+    // A unit change shows in the canvas's next paint.
+    auto previousPaint = cad->OnPaint;
+    cad->OnPaint = [this, previousPaint](TObject* sender) {
+        if (m_cad->TheUNIT() != m_unit) UpdateRulers();
+        if (previousPaint) previousPaint(sender);
+    };
+    cad->installEventFilter(this);
     QTimer::singleShot(0, this, [this] { UpdateRulers(); });
+}
+
+bool RulerFrame::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == m_cad && (event->type() == QEvent::Resize || event->type() == QEvent::Move))
+        QTimer::singleShot(0, this, [this] { UpdateRulers(); });
+    return QWidget::eventFilter(watched, event);
 }
 
 // Where the page's top-left corner lies in the viewport, in pixels.
 QPoint RulerFrame::pageOrigin() const { return m_cad->mapTo(m_scroll->viewport(), QPoint(0, 0)); }
 
 void RulerFrame::UpdateRulers() {
-    const TRulerUnit unit = rulerUnitOf(m_cad->TheUNIT());
+    m_unit = m_cad->TheUNIT();
+    const TRulerUnit unit = rulerUnitOf(m_unit);
     // The viewport sits one frame width inside the scroll area, beside the rulers.
     const QPoint origin = pageOrigin() + QPoint(m_scroll->frameWidth(), m_scroll->frameWidth());
     for (TRsRuler* r : {m_top, m_left}) {

@@ -1,6 +1,6 @@
 // The canvas in a scroll area with a horizontal and a vertical ruler and their
-// corner. The rulers follow the zoom, the scroll position and the canvas's
-// unit, and show a hairline at the mouse.
+// corner. The rulers follow the zoom, the page size, the scroll position and
+// the canvas's unit by themselves, and show a hairline at the mouse.
 #pragma once
 
 #include "cad/canvas/mycad.h"
@@ -19,6 +19,8 @@ public:
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
+    // Follows the canvas as the zoom or the page size change its size.
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     QPoint pageOrigin() const;
@@ -29,4 +31,5 @@ private:
     faroven::TRsRuler* m_top;
     faroven::TRsRuler* m_left;
     faroven::TRsRulerCorner* m_corner;
+    faroven::TUnits m_unit;
 };

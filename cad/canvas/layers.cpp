@@ -3,7 +3,7 @@
 namespace faroven {
 
 int TLayerTable::Add(const QString& name, bool visible) {
-    if (IndexOfName(name) >= 0) return -1;
+    if (IndexOfName(name) >= 0 || Count() >= kMaxLayers) return -1;
     const int id = m_nextId++;
     m_records.push_back(TLayerRecord{name, id, visible});
     m_currentId = id;
@@ -13,7 +13,6 @@ int TLayerTable::Add(const QString& name, bool visible) {
 TLayerRecord TLayerTable::RemoveAt(int index) {
     TLayerRecord removed = m_records[size_t(index)];
     m_records.erase(m_records.begin() + index);
-    m_currentId = m_records.empty() ? -1 : m_records.front().LayerId;
     return removed;
 }
 
@@ -39,8 +38,13 @@ const TLayerRecord* TLayerTable::ById(int id) const {
     return i < 0 ? nullptr : &m_records[size_t(i)];
 }
 
+const TLayerRecord* TLayerTable::ForShape(int layerId) const {
+    if (const TLayerRecord* r = ById(layerId)) return r;
+    return ById(layerId & 0xFF);
+}
+
 bool TLayerTable::IsVisible(int layerId) const {
-    const TLayerRecord* r = ById(layerId & 0xFF);
+    const TLayerRecord* r = ForShape(layerId);
     return r && r->Visible;
 }
 

@@ -22,9 +22,13 @@ public:
     void SetCurrentId(int id) { m_currentId = id; }
     int NextId() const { return m_nextId; }
 
-    // Appends a layer with the counter's id and makes it current; -1 when the name is taken.
+    // At most this many layers: files and GetLayersCount count them in 8 bits.
+    static constexpr int kMaxLayers = 255;
+
+    // Appends a layer with the counter's id and makes it current; -1 when the
+    // name is taken or the table is full.
     int Add(const QString& name, bool visible);
-    // Removes the record at an index; the current layer becomes the first one left (-1 when none).
+    // Removes the record at an index (which must be valid); the current layer is the caller's to set.
     TLayerRecord RemoveAt(int index);
     // Restarts the id counter (after every layer is deleted).
     void ResetCounter() { m_nextId = 0; }
@@ -34,8 +38,10 @@ public:
     TLayerRecord* ById(int id);
     const TLayerRecord* ById(int id) const;
 
-    // Visibility as painting and picking see it. A shape stores its layer id,
-    // of which the low 8 bits are used for the lookup.
+    // The record for a shape's layer id: the layer with that id, or else the
+    // one with its low 8 bits (a shape keeps its layer id in 8 bits in files).
+    const TLayerRecord* ForShape(int layerId) const;
+    // Visibility as painting and picking see it (ForShape).
     bool IsVisible(int layerId) const;
 
 private:

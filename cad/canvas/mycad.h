@@ -3,8 +3,11 @@
 // settings and grid, and paints through an off-screen buffer of the invalid
 // rectangle. The implementation is split by concern: mycad_core.cpp
 // (construction, properties, registry), mycad_paint.cpp (paint pipeline),
-// mycad_layers.cpp, mycad_page.cpp (page, zoom, grid, background) and
-// mycad_selection.cpp (selection and region tests).
+// mycad_layers.cpp, mycad_page.cpp (page, zoom, grid, background),
+// mycad_selection.cpp (selection and region tests), mycad_delete.cpp (shape
+// deletion and the renumbering of shapes), mycad_snap.cpp (snapping and page
+// bounds), mycad_units.cpp (lengths in the user's unit) and mycad_mouse.cpp
+// (cross-hair and hover feedback).
 //
 // Numbers and ids: a shape's number is its index in MyShapes; references
 // between shapes (parent, children, link lines) are numbers. A shape's id is
@@ -44,6 +47,10 @@ using TShapeDeleted = std::function<void(TMyShape* AShape)>;
 using TShapeMouseDraggingSizingRotating = std::function<void(TMyShape* AShape, TPoint FromPoint, TPoint& ToPoint)>;
 using TShapeSelected = std::function<void(TMyShape* LastSelectedShape, TMyShape* SelectedShape)>;
 using TWholeDragOperation = std::function<void()>;
+
+// ---- Units ----------------------------------------------------------------------------------------
+// "px", "mm", "cm", "dm", "m" or "in".
+QString UnitAbbreviation(TUnits unit);
 
 class TMyCAD : public TGraphicControl {
     Q_OBJECT
@@ -132,7 +139,7 @@ public:
     // Stores the colour and makes it the process-wide hot colour of every canvas.
     void SetColorOfHot(TColor v);
     bool CrossLine() const { return m_crossLine; }
-    void SetCrossLine(bool v) { m_crossLine = v; }
+    void SetCrossLine(bool v);
     bool DragEnable() const { return m_dragEnable; }
     void SetDragEnable(bool v) { m_dragEnable = v; }
     TDragMode DragMode() const { return m_dragMode; }
@@ -160,7 +167,7 @@ public:
     bool LockBound() const { return m_lockBound; }
     void SetLockBound(bool v) { m_lockBound = v; }
     bool MouseEffect() const { return m_mouseEffect; }
-    void SetMouseEffect(bool v) { m_mouseEffect = v; }
+    void SetMouseEffect(bool v);
     bool OperateAllLayer() const { return m_operateAllLayer; }
     void SetOperateAllLayer(bool v) { m_operateAllLayer = v; }
     QString PageFoot() const { return m_pageFoot; }
@@ -314,6 +321,26 @@ public:
     int GetSelectedShapesCount() const { return int(m_workingShapes.size()); }
     int GetWorkingShapesCount() const { return int(m_workingShapes.size()); }
 
+    // ==== Shape deletion and renumbering ==========================================================
+    // Deletes the shape with the id (the last one, as GetShapeNoById finds it)
+    // together with its members, recursively. A Locked shape or an unknown id:
+    // false, nothing changes. The shapes leave the selection and MyShapes, every
+    // remaining number reference is rewritten (remapShapeNumbers), then
+    // OnShapeDeleted is raised for each (the shape first, then its members) and
+    // they are freed. With recordUndo the deletion is recorded as "ACT_DELETE".
+    bool DeleteShapeById(int id, bool recordUndo = true);
+    // Deletes every selected shape that is not Locked, as one undo step.
+    void DeleteSelectedShapes();
+    // Frees every shape; the id counter restarts at 0. No events, no undo.
+    void DeleteAllShapes();
+    // The one place that reorders or shortens MyShapes. oldToNew[n] is the new
+    // number of the shape now at n, or -1 to take it out; the new numbers must
+    // be exactly 0..k-1 (else std::invalid_argument and nothing changes). Every
+    // kept shape gets ShapeNo = its index and its references rewritten
+    // (remapShapeNos); the canvas's own numbers follow. Returns the shapes
+    // taken out, in their old order, not freed.
+    std::vector<TMyShape*> remapShapeNumbers(const std::vector<int>& oldToNew);
+
     // ==== Selection and region tests =========================================================
     void AddWorkingShapes(TMyShape* shape);
     void RemoveWorkingShape(TMyShape* shape);
@@ -347,12 +374,34 @@ public:
     void VisibleLayerByName(const QString& name);
     void InVisibleLayerByID(int id);
     void InVisibleLayerByName(const QString& name);
-    bool IsVisibleLayerByID(int id) const { return m_layers.IsVisible(id); }
+    bool IsVisibleLayerByID(int id) const;
     void VisibleAllLayer();
     std::vector<TMyShape*> GetShapesByLayerId(int id) const;
     int GetShapesCountInALayer(int id) const;
     void SelectAllShapesByLayerId(int id);
     const TLayerTable& Layers() const { return m_layers; }
+
+    // ---- Layers: deletion, merging and the layer rules of picking -----------------------------
+    // Empties the selection and clears the current shape; false for an unknown
+    // id. Otherwise every root shape of the layer is unlocked and deleted with
+    // its members (DeleteShapeById); when the last deletion succeeded (or there
+    // was none) the record goes, OnDeleteLayer is raised and the first remaining
+    // layer becomes current (-1 when none is left). Returns that result.
+    bool DeleteLayerByID(int id);
+    bool DeleteLayerByName(const QString& name);
+    // Deletes every layer in table order; when the last deletion succeeded the
+    // current layer becomes -1 and the id counter restarts at 0.
+    bool DeleteAllLayers();
+    // Moves every shape of the source layer onto the target, makes the target
+    // current and deletes the emptied source layer (whose deletion then makes
+    // the first remaining layer current). False when the ids are equal or
+    // either is not a layer.
+    bool MergeLayers(int targetId, int sourceId);
+    // The shape's root lies on a visible layer: what painting and picking require.
+    bool IsShapeOnVisibleLayer(const TMyShape* shape) const;
+    // The mouse may pick the shape: its root is Visible, on a visible layer, and
+    // on the current layer unless OperateAllLayer is set.
+    bool IsShapePickable(const TMyShape* shape) const;
 
     // ==== Page, zoom, grid and background =====================================================
     TPageStyle GetPageStyleByWH(uint32_t width, uint32_t height) const;
@@ -362,6 +411,35 @@ public:
     void GetMousePointbyDragMode(TPoint from, TPoint& to) const;
     void DrawGrid(TBitmap* bitmap, const TRect& rect);
     void DrawBkBitmap(TBitmap* bitmap, int dx, int dy);
+
+    // ---- Snapping and page bounds (pixels of the control) ------------------------------------
+    // With Snap, each coordinate within SnapPixels of a grid line moves onto it.
+    // When neither did and SnapShape is on, the point moves onto the nearest
+    // edge of another root shape within SnapPixels. True when the point moved
+    // onto anything.
+    bool SnapXY(int& x, int& y);
+    // Snaps a rectangle being dragged by the same rules: per axis its near edge
+    // (left, top), else its far edge (right, bottom); (x, y) moves by the same
+    // offset. Shapes of the selection do not attract it.
+    bool SnapRect(const TRect& rect, int& x, int& y);
+    // The page as control pixels: (0, 0, Width, Height).
+    TRect PageRect() const { return ClientRect(); }
+    // The nearest pixel of the page to the point (what LockBound keeps edits to).
+    TPoint ClampToPage(TPoint p) const;
+    // The offset limited so that the rectangle moved by it stays on the page as
+    // far as it fits (a rectangle wider than the page keeps its left edge on it).
+    TPoint ClampOffsetToPage(const TRect& bounds, TPoint offset) const;
+
+    // ---- Lengths in the user's unit -------------------------------------------------------------
+    // A length in drawing units (pixels at zoom 1; divide control pixels by
+    // Zoom first) as a value in TheUNIT: through the screen's pixels per inch
+    // for the paper units, then divided by Ratio (paper units per real unit;
+    // a Ratio that is not a positive number counts as 1). See docs/canvas_units.md.
+    double PixelsToUnit(double pixels) const;
+    // The inverse: a value in TheUNIT as drawing units.
+    double UnitToPixels(double value) const;
+    // "px", "mm", "cm", "dm", "m" or "in" for TheUNIT.
+    QString UnitAbbreviation() const;
 
     // ==== Painting ===============================================================================
     void Paint() override;
@@ -376,6 +454,15 @@ public:
     // Called by a shape when it changes; schedules a repaint.
     void ShapeChanged(TMyShape* shape);
 
+    // ---- Mouse feedback: cross-hair and hover ---------------------------------------------------
+    // Tracks the mouse for the cross-hair and the hover frame, then runs the inherited handler.
+    void MouseMove(TShiftState Shift, int X, int Y) override;
+    void MouseLeave() override;
+    // The mouse position the cross-hair goes through; false when the mouse is off the control.
+    bool MousePoint(TPoint& p) const;
+    // The root shape under the mouse that gets hover feedback (MouseEffect), or nil.
+    TMyShape* HoverShape() const { return m_hoverShape; }
+
 protected:
     void Notification(QObject* component, TOperation operation) override;
 
@@ -387,6 +474,23 @@ private:
     bool anyPointIn(const TRect& rect, TMyShape* shape);
     TMyRect zoomedBounds(TMyShape* shape) const;
     void setLayerVisible(int index, bool visible);
+
+    // ---- Deletion, snapping and mouse feedback internals ---------------------------------------
+    // Undo recording of shapes about to be deleted ("ACT_DELETE").
+    void recordDeletion(const std::vector<TMyShape*>& shapes);
+    // Deletes shapes of MyShapes with their members in one renumbering, as
+    // DeleteShapeById does; Locked ones are skipped. True when none was skipped.
+    bool deleteShapes(const std::vector<TMyShape*>& roots, bool recordUndo);
+    void collectTree(TMyShape* shape, std::vector<TMyShape*>& out) const;
+    // Best offsets (value - edge) towards other root shapes' edges; false per axis when none.
+    void shapeSnapOffsets(double x, double y, bool skipSelection, double& offX, bool& hasX, double& offY,
+                          bool& hasY);
+    // The top-most pickable root shape hit at the pixel point, or nil.
+    TMyShape* hoverShapeAt(TPoint p);
+    void setHoverShape(TMyShape* shape);
+    void invalidateCrossHair();
+    TRect hoverFrame(TMyShape* shape);
+    void drawMouseFeedback(TCanvas* canvas);
 
     // Published fields, in the order of the property list.
     TArcMode m_arcMode = amCircle;
@@ -471,6 +575,11 @@ private:
     std::vector<TMyShape*> m_workingShapes;
     TLayerTable m_layers;
     TActionTools m_action = dtSelecting;
+
+    // Mouse feedback state (drawn by Paint in exclusive-or on top).
+    bool m_mouseInside = false;
+    TPoint m_mousePoint;
+    TMyShape* m_hoverShape = nullptr;  // not owned
 };
 
 }  // namespace faroven

@@ -4,7 +4,10 @@
 
 #include "platform/system.h"
 
+#include <QBrush>
+#include <QPainter>
 #include <array>
+#include <cmath>
 
 namespace faroven {
 
@@ -16,19 +19,21 @@ constexpr std::array<PageSize, 9> kPageSizes = {{
 }};
 }  // namespace
 
-void TMyCAD::sizeControl() {
-    const double scale = m_zoom * ScreenPixelsPerInch() / 25.4;
-    resize(Round(m_pageWidth * scale), Round(m_pageHeight * scale));
-}
+namespace {
+// Millimetres at a zoom as control pixels: round(mm x zoom x ppi / 25.4), in
+// that order of operations, so that halves land where the formula puts them.
+int pagePixels(uint32_t mm, double zoom) { return Round(double(mm) * zoom * ScreenPixelsPerInch() / 25.4); }
+}  // namespace
+
+void TMyCAD::sizeControl() { resize(pagePixels(m_pageWidth, m_zoom), pagePixels(m_pageHeight, m_zoom)); }
 
 void TMyCAD::SetZoom(double zoom) {
     if (zoom == m_zoom) return;
     m_painting = true;
     m_preZoom = m_zoom;
     m_zoom = zoom;
-    const double scale = m_zoom * ScreenPixelsPerInch() / 25.4;
-    SetHeight(Round(m_pageHeight * scale));
-    SetWidth(Round(m_pageWidth * scale));
+    SetHeight(pagePixels(m_pageHeight, m_zoom));
+    SetWidth(pagePixels(m_pageWidth, m_zoom));
     m_painting = false;
     Invalidate();
 }
@@ -100,19 +105,25 @@ void TMyCAD::GetMousePointbyDragMode(TPoint from, TPoint& to) const {
 
 // Grid lines and dots sit at the rounded multiples of the spacing in control
 // pixels, whatever part of the control is being drawn, so that a partial
-// repaint matches the same area of a full one.
+// repaint matches the same area of a full one. A dot is a square of
+// GridPenSize pixels centred on its crossing (its top-left pixel on the
+// crossing for even sizes). A spacing under one pixel would only fill the page
+// and is not drawn.
 void TMyCAD::DrawGrid(TBitmap* bitmap, const TRect& rect) {
-    if (m_grid.GridType() == gNone || !m_grid.GridShow()) return;
+    if (m_grid.GridType() == gNone || !m_grid.GridShow() || bitmap->Empty()) return;
     double gw = m_grid.GridWidth(), gh = m_grid.GridHeight();
     if (m_grid.GridInZoom()) {
         gw *= m_zoom;
         gh *= m_zoom;
     }
-    if (!(gw > 0) || !(gh > 0)) return;
+    if (!(gw >= 1) || !(gh >= 1) || !std::isfinite(gw) || !std::isfinite(gh)) return;
     const int size = std::max<int>(m_grid.GridPenSize(), 1);
     const int w = bitmap->Width(), h = bitmap->Height();
-    // Wide pens reach a little beyond their line, so one more line on each side is tried.
-    const int64_t kx0 = Round(rect.left / gw) - 1, ky0 = Round(rect.top / gh) - 1;
+    // Wide pens and dots reach beyond their crossing, so the lines just
+    // outside the rectangle are tried as well.
+    const int reach = size / 2 + 1;
+    const int64_t kx0 = int64_t(std::nearbyint(rect.left / gw)) - 1 - int64_t(reach / gw);
+    const int64_t ky0 = int64_t(std::nearbyint(rect.top / gh)) - 1 - int64_t(reach / gh);
     TCanvas* canvas = bitmap->Canvas();
     canvas->Pen()->SetMode(pmCopy);
     canvas->Pen()->SetStyle(psSolid);
@@ -120,14 +131,14 @@ void TMyCAD::DrawGrid(TBitmap* bitmap, const TRect& rect) {
     canvas->Pen()->SetWidth(m_grid.GridPenSize());
     if (m_grid.GridType() == gLine) {
         for (int64_t k = kx0;; ++k) {
-            const int x = Round(k * gw) - rect.left;
-            if (x - size > w) break;
+            const int x = Round(double(k) * gw) - rect.left;
+            if (x - reach > w) break;
             canvas->MoveTo(x, 0);
             canvas->LineTo(x, h);
         }
         for (int64_t k = ky0;; ++k) {
-            const int y = Round(k * gh) - rect.top;
-            if (y - size > h) break;
+            const int y = Round(double(k) * gh) - rect.top;
+            if (y - reach > h) break;
             canvas->MoveTo(0, y);
             canvas->LineTo(w, y);
         }
@@ -135,11 +146,12 @@ void TMyCAD::DrawGrid(TBitmap* bitmap, const TRect& rect) {
     }
     canvas->Brush()->SetColor(m_grid.GridColor());
     canvas->Brush()->SetStyle(bsSolid);
+    const int before = (size - 1) / 2;
     for (int64_t j = ky0;; ++j) {
-        const int y = Round(j * gh) - rect.top;
+        const int y = Round(double(j) * gh) - rect.top - before;
         if (y > h) break;
         for (int64_t k = kx0;; ++k) {
-            const int x = Round(k * gw) - rect.left;
+            const int x = Round(double(k) * gw) - rect.left - before;
             if (x > w) break;
             canvas->FillRect(TRect{x, y, x + size, y + size});
         }
@@ -147,24 +159,45 @@ void TMyCAD::DrawGrid(TBitmap* bitmap, const TRect& rect) {
 }
 
 // The background picture is fixed to the page: Tiled repeats it from the
-// page's top-left corner, Stretch fits it to the page, Center centres it on
-// the page, LeftTop puts it at the page's top-left corner. (dx, dy) is where
-// the page's origin lies in the bitmap being drawn.
+// page's top-left corner over the page, Stretch fits it to the page, Center
+// centres it on the page (an odd surplus leaves the extra pixel right and
+// below), LeftTop puts it at the page's top-left corner. (dx, dy) is where the
+// page's origin lies in the bitmap being drawn.
 void TMyCAD::DrawBkBitmap(TBitmap* bitmap, int dx, int dy) {
-    if (m_bkBitmap.Empty()) return;
+    if (m_bkBitmap.Empty() || bitmap->Empty()) return;
     TCanvas* canvas = bitmap->Canvas();
     const int bw = m_bkBitmap.Width(), bh = m_bkBitmap.Height();
+    const int pw = Width(), ph = Height();
     switch (m_bkBitmapMode) {
     case Tiled: {
-        // Only the tiles that reach the bitmap are drawn.
-        const int firstX = std::max(0, (-dx) / bw), firstY = std::max(0, (-dy) / bh);
-        for (int ty = firstY * bh; ty < Height() && ty + dy < bitmap->Height(); ty += bh)
-            for (int tx = firstX * bw; tx < Width() && tx + dx < bitmap->Width(); tx += bw)
-                canvas->Draw(tx + dx, ty + dy, &m_bkBitmap);
+        // The part of the page that lies in the bitmap, in the bitmap's pixels.
+        TRect area;
+        if (!IntersectRect(area, TRect{dx, dy, dx + pw, dy + ph}, TRect{0, 0, bitmap->Width(), bitmap->Height()}))
+            break;
+        if (!m_bkBitmap.Transparent()) {
+            // One textured fill; the texture's origin is the page's.
+            QPainter* painter = canvas->Painter();
+            if (!painter) break;
+            QBrush texture(m_bkBitmap.Image());
+            texture.setTransform(QTransform::fromTranslate(dx, dy));
+            painter->fillRect(QRect(area.left, area.top, area.Width(), area.Height()), texture);
+            break;
+        }
+        // Transparent tiles go one by one through Draw, which knows the
+        // transparent colour; only the tiles that reach the area are drawn.
+        canvas->SetClipRect(area);
+        const int firstX = (area.left - dx) / bw, firstY = (area.top - dy) / bh;
+        for (int ty = dy + firstY * bh; ty < area.bottom; ty += bh)
+            for (int tx = dx + firstX * bw; tx < area.right; tx += bw) canvas->Draw(tx, ty, &m_bkBitmap);
+        canvas->ResetClip();
         break;
     }
-    case Stretch: canvas->StretchDraw(TRect{dx, dy, dx + Width(), dy + Height()}, &m_bkBitmap); break;
-    case Center: canvas->Draw((Width() - bw) / 2 + dx, (Height() - bh) / 2 + dy, &m_bkBitmap); break;
+    case Stretch: canvas->StretchDraw(TRect{dx, dy, dx + pw, dy + ph}, &m_bkBitmap); break;
+    case Center: {
+        const int x = int(std::floor((pw - bw) / 2.0)), y = int(std::floor((ph - bh) / 2.0));
+        canvas->Draw(x + dx, y + dy, &m_bkBitmap);
+        break;
+    }
     case LeftTop: canvas->Draw(dx, dy, &m_bkBitmap); break;
     }
 }

@@ -1,7 +1,7 @@
 // TMyCAD: the paint pipeline. Paint draws the invalid rectangle into an
 // off-screen buffer of that size (background, background picture, grid, page
 // texts, shapes), copies it onto the control and draws the selection's hot
-// marks on top.
+// marks and the mouse feedback (cross-hair, hover frame) on top.
 #include "cad/canvas/mycad.h"
 
 #include "cad/geometry/geometry.h"
@@ -27,6 +27,7 @@ void TMyCAD::Paint() {
         canvas->Rectangle(ClientRect());
     }
     SelectAllWorkingShapes();
+    drawMouseFeedback(canvas);
     if (!Designing() && OnPaint) OnPaint(this);
     m_painting = false;
 }

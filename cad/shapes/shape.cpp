@@ -498,4 +498,16 @@ void RemoveLinklineShape(TMyShape* shape, uint32_t no) {
     }
 }
 
+void TMyShape::remapShapeNos(const std::vector<int>& oldToNew) {
+    m_parentShapeNo = MapShapeNo(oldToNew, m_parentShapeNo);
+    std::vector<int32_t> children;
+    for (int32_t no : m_childShapeNos)
+        if (const int mapped = MapShapeNo(oldToNew, no); mapped >= 0) children.push_back(mapped);
+    m_childShapeNos.swap(children);
+    TMyShapeNo links;
+    for (uint32_t no : m_linkShapeNos)
+        if (const int mapped = MapShapeNo(oldToNew, no); mapped >= 0) links.push_back(uint32_t(mapped));
+    m_linkShapeNos.swap(links);
+}
+
 }  // namespace faroven

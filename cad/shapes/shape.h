@@ -251,6 +251,14 @@ public:
     bool HasParentShape() const { return m_parentShapeNo > -1; }
     bool HasChildShapes() const { return !m_childShapeNos.empty(); }
     bool HasLinkShapes() const { return !m_linkShapeNos.empty(); }
+    // Rewrites every shape number the shape holds after the canvas reordered or
+    // shortened MyShapes: oldToNew[n] is the new number of the shape that had
+    // number n, -1 when it was removed. The base maps ParentShapeNo (-1 when the
+    // parent went) and drops removed entries of ChildShapeNos and LinkShapeNos.
+    // A shape that holds more numbers (a link line's two ends) overrides this,
+    // rewrites them too (-1 for a removed end) and calls the base. The shape's
+    // own ShapeNo is the canvas's to set.
+    virtual void remapShapeNos(const std::vector<int>& oldToNew);
 
     // ---- Drawing helpers --------------------------------------------------------------
     // The caption (Info) and the multi-line caption centred on the text point,
@@ -354,5 +362,10 @@ void RemoveAllPoints(TMyShape* shape);
 void AddLinklineShape(TMyShape* shape, uint32_t no);
 // Removes the last occurrence of a link-line number, if any.
 void RemoveLinklineShape(TMyShape* shape, uint32_t no);
+// A shape number through an old-to-new map: -1 for a number outside the map
+// (a dangling reference) or for a removed shape.
+inline int MapShapeNo(const std::vector<int>& oldToNew, int64_t no) {
+    return no >= 0 && no < int64_t(oldToNew.size()) ? oldToNew[size_t(no)] : -1;
+}
 
 }  // namespace faroven

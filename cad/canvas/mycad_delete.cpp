@@ -1,0 +1,150 @@
+// TMyCAD: deleting shapes, and remapShapeNumbers, the one place where
+// MyShapes is reordered or shortened and every number reference between
+// shapes (parent, members, attached link lines, a link line's ends) follows.
+#include "cad/canvas/mycad.h"
+
+#include <stdexcept>
+#include <unordered_set>
+
+namespace faroven {
+
+std::vector<TMyShape*> TMyCAD::remapShapeNumbers(const std::vector<int>& oldToNew) {
+    const size_t count = m_myShapes.size();
+    if (oldToNew.size() != count)
+        throw std::invalid_argument("TMyCAD::remapShapeNumbers: the map has " + std::to_string(oldToNew.size()) +
+                                    " entries for " + std::to_string(count) + " shapes");
+    size_t kept = 0;
+    for (int target : oldToNew) {
+        if (target < -1)
+            throw std::invalid_argument("TMyCAD::remapShapeNumbers: " + std::to_string(target) +
+                                        " is neither a shape number nor -1");
+        if (target >= 0) ++kept;
+    }
+    // Every kept shape needs a slot of its own in 0..kept-1.
+    std::vector<TMyShape*> next(kept, nullptr);
+    std::vector<bool> taken(kept, false);
+    for (size_t i = 0; i < count; ++i) {
+        const int target = oldToNew[i];
+        if (target < 0) continue;
+        if (size_t(target) >= kept || taken[size_t(target)])
+            throw std::invalid_argument("TMyCAD::remapShapeNumbers: new number " + std::to_string(target) +
+                                        " of shape " + std::to_string(i) + " is out of range or given twice");
+        taken[size_t(target)] = true;
+    }
+
+    std::vector<TMyShape*> removed;
+    for (size_t i = 0; i < count; ++i) {
+        if (oldToNew[i] < 0) {
+            if (m_myShapes[i]) removed.push_back(m_myShapes[i]);
+        } else {
+            next[size_t(oldToNew[i])] = m_myShapes[i];
+        }
+    }
+    m_myShapes.swap(next);
+    for (size_t i = 0; i < m_myShapes.size(); ++i) {
+        TMyShape* shape = m_myShapes[i];
+        if (!shape) continue;
+        shape->SetShapeNo(int(i));
+        shape->remapShapeNos(oldToNew);
+    }
+
+    // The canvas's own numbers.
+    m_linkHotShapeNo = MapShapeNo(oldToNew, m_linkHotShapeNo);
+    if (m_linkHotShapeNo < 0) m_linkHotPointIndex = 0;
+    std::vector<int> painted;
+    for (int no : m_paintedShapes)
+        if (const int mapped = MapShapeNo(oldToNew, no); mapped >= 0) painted.push_back(mapped);
+    m_paintedShapes.swap(painted);
+    return removed;
+}
+
+void TMyCAD::collectTree(TMyShape* shape, std::vector<TMyShape*>& out) const {
+    // Depth first, the shape before its members; a damaged member list cannot loop.
+    std::unordered_set<TMyShape*> seen;
+    std::vector<TMyShape*> stack{shape};
+    while (!stack.empty()) {
+        TMyShape* s = stack.back();
+        stack.pop_back();
+        if (!s || !seen.insert(s).second) continue;
+        out.push_back(s);
+        const std::vector<int32_t>& children = s->ChildShapeNos();
+        for (size_t i = children.size(); i-- > 0;) stack.push_back(GetShapeByNo(children[i]));
+    }
+}
+
+// The undo history keeps copies of the shapes under "ACT_DELETE" here, before
+// they leave the drawing; without a history there is nothing to keep.
+void TMyCAD::recordDeletion(const std::vector<TMyShape*>& shapes) { (void)shapes; }
+
+bool TMyCAD::DeleteShapeById(int id, bool recordUndo) {
+    if (id < 0) return false;
+    // The last shape carrying the id, as GetShapeNoById finds it, but by index
+    // so that a stale stored number cannot pick the wrong shape.
+    TMyShape* shape = nullptr;
+    for (TMyShape* s : m_myShapes)
+        if (s && s->GetShapeId() == id) shape = s;
+    return shape && deleteShapes({shape}, recordUndo);
+}
+
+bool TMyCAD::deleteShapes(const std::vector<TMyShape*>& roots, bool recordUndo) {
+    bool all = true;
+    std::vector<TMyShape*> chosen;
+    for (TMyShape* shape : roots) {
+        if (!shape) continue;
+        if (shape->Locked())
+            all = false;
+        else
+            chosen.push_back(shape);
+    }
+    if (chosen.empty()) return all && !roots.empty();
+    if (recordUndo) recordDeletion(chosen);
+
+    // Each shape with its members, once even when a member was given as well.
+    std::vector<TMyShape*> doomed;
+    for (TMyShape* shape : chosen) collectTree(shape, doomed);
+    std::unordered_set<TMyShape*> gone;
+    std::vector<TMyShape*> ordered;
+    for (TMyShape* s : doomed)
+        if (gone.insert(s).second) ordered.push_back(s);
+
+    for (size_t i = m_workingShapes.size(); i-- > 0;)
+        if (gone.count(m_workingShapes[i])) m_workingShapes.erase(m_workingShapes.begin() + long(i));
+    if (gone.count(m_currentShape)) m_currentShape = nullptr;
+    if (gone.count(m_hoverShape)) m_hoverShape = nullptr;
+
+    std::vector<int> oldToNew(m_myShapes.size());
+    int next = 0;
+    for (size_t i = 0; i < m_myShapes.size(); ++i) oldToNew[i] = gone.count(m_myShapes[i]) ? -1 : next++;
+    remapShapeNumbers(oldToNew);
+
+    // The shapes have left the drawing: a handler that edits the drawing
+    // cannot reach them, and they are still alive while it runs.
+    for (TMyShape* s : ordered)
+        if (OnShapeDeleted) OnShapeDeleted(s);
+    for (TMyShape* s : ordered) delete s;
+    Invalidate();
+    return all;
+}
+
+// Every selected shape that is not Locked goes, as one step; a selected
+// member of a selected group goes with the group.
+void TMyCAD::DeleteSelectedShapes() {
+    const std::vector<TMyShape*> selected = m_workingShapes;
+    deleteShapes(selected, true);
+}
+
+void TMyCAD::DeleteAllShapes() {
+    m_workingShapes.clear();
+    m_currentShape = nullptr;
+    m_hoverShape = nullptr;
+    m_linkHotShapeNo = -1;
+    m_linkHotPointIndex = 0;
+    m_paintedShapes.clear();
+    std::vector<TMyShape*> shapes;
+    shapes.swap(m_myShapes);
+    for (TMyShape* shape : shapes) delete shape;
+    m_nextShapeId = 0;
+    Invalidate();
+}
+
+}  // namespace faroven
