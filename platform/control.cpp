@@ -100,10 +100,21 @@ QImage TGraphicControl::PaintToImage() {
     return image;
 }
 
+// A few separate strips (a cross-hair's row and column, two rubber bands) are
+// painted one by one; anything else as its bounding rectangle.
 void TGraphicControl::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
-    const QRect r = event->rect();
-    PaintTo(&painter, TRect{r.left(), r.top(), r.right() + 1, r.bottom() + 1});
+    const QRegion& region = event->region();
+    const QRect bounds = region.boundingRect();
+    int64_t area = 0;
+    for (const QRect& r : region) area += int64_t(r.width()) * r.height();
+    const bool separately = region.rectCount() > 1 && region.rectCount() <= 8 &&
+                            area * 2 < int64_t(bounds.width()) * bounds.height();
+    if (!separately) {
+        PaintTo(&painter, TRect{bounds.left(), bounds.top(), bounds.right() + 1, bounds.bottom() + 1});
+        return;
+    }
+    for (const QRect& r : region) PaintTo(&painter, TRect{r.left(), r.top(), r.right() + 1, r.bottom() + 1});
 }
 
 void TGraphicControl::MouseDown(TMouseButton Button, TShiftState Shift, int X, int Y) {
