@@ -610,17 +610,19 @@ TEST(HairLine, MovingRepaintsOnlyTheOldAndNewStrips) {
     TRsRuler ruler;
     ruler.SetHairLine(true);
     ruler.SetHairLinePos(50);
-    TRect lastClip;
+    std::vector<TRect> clips;
     PaintCounter counter(ruler);
     ruler.OnPaint = [&](TObject*) {
         ++counter.paints;
-        lastClip = ruler.Canvas()->ClipRect();
+        clips.push_back(ruler.Canvas()->ClipRect());
     };
     EXPECT_EQ(counter.paintsAfter([&] { ruler.SetHairLinePos(50); }), 0) << "same position draws nothing";
-    ASSERT_EQ(counter.paintsAfter([&] { ruler.SetHairLinePos(80); }), 1);
-    EXPECT_EQ(lastClip, Rect(50, 1, 81, 32));
-    ASSERT_EQ(counter.paintsAfter([&] { ruler.SetHairLinePos(-1); }), 1);
-    EXPECT_EQ(lastClip, Rect(80, 1, 81, 32)) << "erases the old one, draws none";
+    counter.paintsAfter([&] { ruler.SetHairLinePos(80); });
+    // The old and the new one-pixel strips, each painted by itself.
+    EXPECT_EQ(clips, (std::vector<TRect>{Rect(50, 1, 51, 32), Rect(80, 1, 81, 32)}));
+    clips.clear();
+    counter.paintsAfter([&] { ruler.SetHairLinePos(-1); });
+    EXPECT_EQ(clips, std::vector<TRect>{Rect(80, 1, 81, 32)}) << "erases the old one, draws none";
 }
 
 // ---- Setter rules ----------------------------------------------------------------
