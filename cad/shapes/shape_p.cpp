@@ -1,7 +1,9 @@
 #include "cad/shapes/shape_p.h"
 
+#include "cad/canvas/mycad.h"
 #include "platform/system.h"
 
+#include <QHash>
 #include <QImage>
 #include <QPainter>
 #include <QPolygon>
@@ -67,6 +69,30 @@ QString formatLength(double value, TUnits unit) {
 }
 
 QString formatDegrees(double degrees) { return QString::number(degrees, 'f', 1) + QChar(0x00B0); }
+
+QString shapeKind(const QObject* shape) {
+    QString name = QString::fromLatin1(shape->metaObject()->className());
+    name = name.mid(name.lastIndexOf(QLatin1Char(':')) + 1);
+    static const QHash<QString, QString> names{
+        {"TMyRectangle", "Rectangle"}, {"TMyEllipse", "Ellipse"},      {"TMyGroup", "Group"},
+        {"TMyCombine", "Combine"},     {"TMyLine", "Line"},            {"TMyRuleLine", "Measuring line"},
+        {"TMyPolyLine", "Polyline"},   {"TMyPolygon", "Polygon"},      {"TMyFreeLine", "Freehand line"},
+    };
+    if (const auto it = names.find(name); it != names.end()) return *it;
+    return name.startsWith(QLatin1String("TMy")) ? name.mid(3) : name;
+}
+
+TUnits unitOf(const TMyShape* shape) { return shape->Canvas() ? shape->Canvas()->TheUNIT() : mm; }
+
+double ratioOf(const TMyShape* shape) { return shape->Canvas() ? shape->Canvas()->Ratio() : 1.0; }
+
+double normalisedDegrees(double radians) {
+    double d = std::fmod(radians * 180.0 / std::numbers::pi, 360.0);
+    if (d < 0) d += 360.0;
+    // -0.04 degrees prints as 360.0 otherwise.
+    if (d >= 359.95) d = 0;
+    return d;
+}
 
 int pixelFloor(double v) {
     const double f = std::floor(v);

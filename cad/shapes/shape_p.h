@@ -6,10 +6,13 @@
 #include "cad/types.h"
 #include "platform/types.h"
 
+#include <QObject>
 #include <QString>
 #include <array>
 
 namespace faroven {
+
+class TMyShape;
 
 // Converts pixel lengths at zoom 1 (= drawing units) into the canvas's unit.
 // Kept private to the shapes: the canvas has its own unit functions.
@@ -34,6 +37,18 @@ QString formatLength(double value, TUnits unit);
 
 // An angle in degrees with one decimal and the degree sign: "30.0°".
 QString formatDegrees(double degrees);
+
+// The kind of a shape as GetInfo names it: "Rectangle", "Ellipse", "Group",
+// "Combine", "Line", "Measuring line", "Polyline", "Polygon", "Freehand line";
+// for other classes the class name without "TMy".
+QString shapeKind(const QObject* shape);
+
+// The canvas's unit and ratio for a shape (millimetres and 1 without a canvas).
+TUnits unitOf(const TMyShape* shape);
+double ratioOf(const TMyShape* shape);
+
+// An angle in radians (clockwise on screen) as degrees in [0, 360).
+double normalisedDegrees(double radians);
 
 // Floor and ceiling of a pixel coordinate, clamped to the integer range.
 int pixelFloor(double v);
