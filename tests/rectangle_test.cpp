@@ -7,6 +7,7 @@
 #include "cad/geometry/geometry.h"
 #include "cad/geometry/markers.h"
 #include "cad/shapes/rectangle.h"
+#include "cad/shapes/shape_p.h"
 #include "support/pixels.h"
 #include "support/test_support.h"
 
@@ -14,6 +15,7 @@
 #include <gtest/gtest.h>
 
 #include <numbers>
+#include <random>
 #include <utility>
 
 using namespace faroven;
@@ -482,6 +484,41 @@ TEST_F(Rectangle, GroupDrawsOnlyItsCaption) {
     image = cad.PaintToImage();
     EXPECT_FALSE(InkBoundsExcept(image, clWhite) == TRect{}) << "the caption is drawn";
     EXPECT_GE(InkBoundsExcept(image, clWhite).top, 55) << "below the group, at its text point";
+}
+
+// Painting into the canvas's buffer writes upright rectangles and captured
+// ellipses straight into the pixels: the result must be the rasteriser's,
+// pixel for pixel, at every zoom, turn and brush.
+TEST_F(Rectangle, DirectPaintingMatchesTheRasteriserPixelForPixel) {
+    std::mt19937 rng(31);
+    std::uniform_real_distribution<float> pos(0, 700), side(0, 70), unit(0, 1);
+    const TColor colours[] = {clRed, clBlue, clGreen, clNavy, clYellow, clTeal};
+    for (int i = 0; i < 400; ++i) {
+        const float x = pos(rng), y = pos(rng), w = i % 10 == 0 ? float(i % 4) : side(rng), h = side(rng);
+        TMyRectangle* s = unit(rng) < 0.5f ? addRect(cad, x, y, x + w, y + h) : addRect<TMyEllipse>(cad, x, y, x + w, y + h);
+        s->Pen()->SetColor(colours[i % 6]);
+        s->Brush()->SetColor(colours[(i + 2) % 6]);
+        if (i % 7 == 0) s->Brush()->SetStyle(bsClear);
+        if (i % 5 == 0) s->RotateChangeValueByAngle(unit(rng) * 3);
+        if (i % 11 == 0) s->Pen()->SetWidth(3);  // not written directly
+    }
+    for (double zoom : {1.0, 1.7, 0.6}) {
+        cad.SetZoom(zoom);
+        shape_detail::setDirectPainting(false);
+        const QImage expected = cad.PaintToImage();
+        shape_detail::setDirectPainting(true);
+        const QImage first = cad.PaintToImage();   // captures the ellipses
+        const QImage second = cad.PaintToImage();  // writes the captures back
+        ASSERT_EQ(DiffCount(first, expected), 0) << "zoom " << zoom;
+        ASSERT_EQ(DiffCount(second, expected), 0) << "zoom " << zoom;
+    }
+    // A moved shape is captured again.
+    TMyShape* moved = cad.GetShapeByNo(1);
+    moved->DragChangeValuedxdy(13.5, -7.25);
+    shape_detail::setDirectPainting(false);
+    const QImage expected = cad.PaintToImage();
+    shape_detail::setDirectPainting(true);
+    EXPECT_EQ(DiffCount(cad.PaintToImage(), expected), 0);
 }
 
 // ---- Rubber bands -----------------------------------------------------------------------------

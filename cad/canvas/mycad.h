@@ -503,9 +503,14 @@ private:
     void syncShapeIndex();
     void rebuildShapeIndex();
     TRect indexBoxOf(TMyShape* shape);
-    // The position of an indexed shape in MyShapes, or -1 when the list has
-    // changed behind the index's back (the caller then rebuilds it).
-    int indexedListPos(int slot) const;
+    void indexShape(TMyShape* shape, const TRect& box, int pos);
+    // The position of an indexed shape in MyShapes (the stored one when it
+    // still holds), or -1 when the list has changed behind the index's back
+    // (the caller then rebuilds it).
+    int indexedListPos(int slot, int storedPos) const;
+    // A parentless shape on a visible layer (and the current one unless OperateAllLayer).
+    bool pickable(TMyShape* shape) const;
+    TMyShape* pickByScan(TPoint point);
     // Root shapes (by position in MyShapes, ascending) whose subtree has a box
     // meeting the rectangle; false when the index had to be rebuilt first.
     bool rootsMeeting(const TRect& rect, std::vector<int>& roots);

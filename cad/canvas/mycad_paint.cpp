@@ -9,6 +9,8 @@
 #include "cad/geometry/rotated_text.h"
 #include "platform/system.h"
 
+#include <utility>
+
 namespace faroven {
 
 void TMyCAD::Paint() {
@@ -87,7 +89,7 @@ void TMyCAD::DrawAllShape(TCanvas* canvas, const TRect& rect) {
 
 void TMyCAD::drawShapeTree(TCanvas* canvas, TMyShape* shape) {
     if (!shape || !shape->Visible()) return;
-    for (int child : shape->ChildShapeNos())
+    for (int child : std::as_const(*shape).ChildShapeNos())
         if (TMyShape* c = GetShapeByNo(child); c && c != shape) drawShapeTree(canvas, c);
     shape->Draw(canvas);
 }
@@ -95,7 +97,7 @@ void TMyCAD::drawShapeTree(TCanvas* canvas, TMyShape* shape) {
 void TMyCAD::drawLinkHotTree(TCanvas* canvas, TMyShape* shape) {
     if (!shape) return;
     DrawLinkHot(shape, canvas);
-    for (int child : shape->ChildShapeNos())
+    for (int child : std::as_const(*shape).ChildShapeNos())
         if (TMyShape* c = GetShapeByNo(child); c && c != shape) drawLinkHotTree(canvas, c);
 }
 

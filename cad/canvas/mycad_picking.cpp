@@ -52,11 +52,16 @@ void TMyCAD::shapeDestroyed(TMyShape* shape) {
 
 TRect TMyCAD::indexBoxOf(TMyShape* shape) { return unite(shape->GetPaintBoundsInZoom(), shape->GetHitBoundsInZoom()); }
 
+void TMyCAD::indexShape(TMyShape* shape, const TRect& box, int pos) {
+    m_shapeIndex.Insert(shape, box, pos, !shape->HasParentShape(), isLinkLineClass(shape));
+}
+
 void TMyCAD::rebuildShapeIndex() {
     m_shapeIndex.TakeDirty();
     const size_t n = m_myShapes.size();
     std::vector<TRect> boxes(n);
-    TRect all = ClientRect();
+    const TRect client = ClientRect();
+    TRect all = client;
     double sumSide = 0;
     int sized = 0;
     for (size_t i = 0; i < n; ++i) {
@@ -67,13 +72,13 @@ void TMyCAD::rebuildShapeIndex() {
         sumSide += std::max(boxes[i].Width(), boxes[i].Height());
         ++sized;
     }
-    // The grid spans the control and the shapes around it; far-away shapes
-    // fall into the border cells rather than stretching the grid.
-    const TRect client = ClientRect();
-    const int reach = std::max({client.Width(), client.Height(), 256});
-    TRect area{std::max(all.left, client.left - reach), std::max(all.top, client.top - reach),
-               std::min(all.right, client.right + reach), std::min(all.bottom, client.bottom + reach)};
-    if (isEmpty(area)) area = TRect{0, 0, 256, 256};
+    // The grid spans the control and the shapes around it, up to a few
+    // controls' sizes away; shapes beyond go to the overflow list.
+    const int64_t reach = std::max({client.Width(), client.Height(), 256}) * 4;
+    auto clampTo = [](int64_t v, int64_t lo, int64_t hi) { return int(std::clamp(v, lo, hi)); };
+    const TRect area{clampTo(all.left, client.left - reach, client.left), clampTo(all.top, client.top - reach, client.top),
+                     clampTo(all.right, client.right, client.right + reach),
+                     clampTo(all.bottom, client.bottom, client.bottom + reach)};
     // Cells about as large as a typical shape: a shape then touches about four
     // cells, and a cell lists few shapes. Never more than 65536 cells.
     int cell = sized ? int(sumSide / sized) : 64;
@@ -82,7 +87,7 @@ void TMyCAD::rebuildShapeIndex() {
     cell = std::max(cell, int(std::ceil(std::sqrt(areaPixels / 65536.0))));
     m_shapeIndex.Reset(area, cell);
     for (size_t i = 0; i < n; ++i)
-        if (m_myShapes[i]) m_shapeIndex.Insert(m_myShapes[i], boxes[i], int(i));
+        if (m_myShapes[i]) indexShape(m_myShapes[i], boxes[i], int(i));
     m_indexListSize = n;
     m_indexZoom = m_zoom;
     m_indexHotSize = m_hotSize;
@@ -102,7 +107,7 @@ void TMyCAD::syncShapeIndex() {
         const bool member = no >= 0 && size_t(no) < m_myShapes.size() && m_myShapes[size_t(no)] == shape;
         const bool indexed = TShapeIndex::SlotOf(shape) >= 0;
         if (member) {
-            m_shapeIndex.Insert(shape, indexBoxOf(shape), no);
+            indexShape(shape, indexBoxOf(shape), no);
             if (!indexed) ++m_indexListSize;
         } else if (indexed) {
             // An indexed shape is no longer where its number says: the list
@@ -113,15 +118,6 @@ void TMyCAD::syncShapeIndex() {
         // Otherwise a shape that is not (yet) on the canvas: nothing to index.
     }
     if (m_indexListSize != m_myShapes.size()) rebuildShapeIndex();
-}
-
-int TMyCAD::indexedListPos(int slot) const {
-    TMyShape* shape = m_shapeIndex.Shape(slot);
-    const int no = shape->ShapeNo();
-    if (no >= 0 && size_t(no) < m_myShapes.size() && m_myShapes[size_t(no)] == shape) return no;
-    const int pos = m_shapeIndex.ListPos(slot);
-    if (pos >= 0 && size_t(pos) < m_myShapes.size() && m_myShapes[size_t(pos)] == shape) return pos;
-    return -1;
 }
 
 namespace {
@@ -139,17 +135,25 @@ int rootPos(const std::vector<TMyShape*>& shapes, int pos) {
 }
 }  // namespace
 
+int TMyCAD::indexedListPos(int slot, int storedPos) const {
+    TMyShape* shape = m_shapeIndex.Shape(slot);
+    if (storedPos >= 0 && size_t(storedPos) < m_myShapes.size() && m_myShapes[size_t(storedPos)] == shape) return storedPos;
+    const int no = shape->ShapeNo();
+    if (no >= 0 && size_t(no) < m_myShapes.size() && m_myShapes[size_t(no)] == shape) return no;
+    return -1;
+}
+
 bool TMyCAD::rootsMeeting(const TRect& rect, std::vector<int>& roots) {
     roots.clear();
     std::vector<uint64_t> marks((m_myShapes.size() + 63) / 64);
     bool broken = false;
-    m_shapeIndex.ForEachIn(rect, [&](int slot) {
-        const int pos = indexedListPos(slot);
+    m_shapeIndex.ForEachIn(rect, [&](const TShapeIndex::Hit& hit) {
+        const int pos = indexedListPos(hit.slot, hit.listPos);
         if (pos < 0) {
             broken = true;
             return;
         }
-        const int root = rootPos(m_myShapes, pos);
+        const int root = hit.root ? pos : rootPos(m_myShapes, pos);
         marks[size_t(root) / 64] |= uint64_t(1) << (root % 64);
     });
     if (broken) return false;
@@ -166,36 +170,76 @@ bool TMyCAD::isLinkLineClass(const TMyShape* shape) {
     return it->second;
 }
 
+bool TMyCAD::pickable(TMyShape* shape) const {
+    if (!shape || shape->HasParentShape() || !m_layers.IsVisible(shape->LayerId())) return false;
+    return m_operateAllLayer || shape->LayerId() == CurrentLayerId();
+}
+
+// The winner rule over the candidates, top-most first: the first connector
+// point that is hit wins outright; otherwise the first other shape that is hit.
+// Candidates below a winner are looked at only while they may be connector
+// points, so a press usually touches the top one or two shapes only.
 TMyShape* TMyCAD::GetShapeAtPoint(TPoint point) {
-    std::vector<int> candidates;
+    struct Candidate {
+        int pos;  // the root's position in MyShapes
+        int slot;
+        bool linkLine;
+        bool viaChild;
+    };
+    std::vector<Candidate> candidates;
+    TCanvas* canvas = Canvas();
     for (int attempt = 0; attempt < 2; ++attempt) {
         syncShapeIndex();
         candidates.clear();
         bool broken = false;
-        m_shapeIndex.ForEachAt(point, [&](int slot) {
-            const int pos = indexedListPos(slot);
-            if (pos < 0)
+        m_shapeIndex.ForEachAt(point, [&](const TShapeIndex::Hit& hit) {
+            if (hit.root) {
+                candidates.push_back(Candidate{hit.listPos, hit.slot, hit.linkLine, false});
+                return;
+            }
+            const int pos = indexedListPos(hit.slot, hit.listPos);
+            if (pos < 0) {
                 broken = true;
-            else
-                candidates.push_back(rootPos(m_myShapes, pos));
+                return;
+            }
+            const int root = rootPos(m_myShapes, pos);
+            candidates.push_back(Candidate{root, -1, isLinkLineClass(m_myShapes[size_t(root)]), true});
         });
-        if (!broken) break;
+        std::sort(candidates.begin(), candidates.end(), [](const Candidate& a, const Candidate& b) {
+            return a.pos != b.pos ? a.pos > b.pos : a.viaChild < b.viaChild;
+        });
+        candidates.erase(std::unique(candidates.begin(), candidates.end(),
+                                     [](const Candidate& a, const Candidate& b) { return a.pos == b.pos; }),
+                         candidates.end());
+        TMyShape* firstOther = nullptr;
+        for (const Candidate& c : candidates) {
+            if (broken) break;
+            if (firstOther && !c.linkLine) continue;
+            TMyShape* shape = size_t(c.pos) < m_myShapes.size() ? m_myShapes[size_t(c.pos)] : nullptr;
+            // An entry made for a root must still be that root at that place.
+            if (!c.viaChild && (shape != m_shapeIndex.Shape(c.slot) || !shape || shape->HasParentShape())) {
+                broken = true;
+                break;
+            }
+            if (!pickable(shape) || !IsClickedMeforShape(canvas, shape, point)) continue;
+            if (c.linkLine) return shape;
+            firstOther = shape;
+        }
+        if (!broken) return firstOther;
         rebuildShapeIndex();
     }
-    // Top-most first, each root once.
-    std::sort(candidates.begin(), candidates.end(), std::greater<int>());
-    candidates.erase(std::unique(candidates.begin(), candidates.end()), candidates.end());
-    const int currentLayer = CurrentLayerId();
-    TCanvas* canvas = Canvas();
+    return pickByScan(point);
+}
+
+// The same rule over the whole list, for a list the index cannot make sense of.
+TMyShape* TMyCAD::pickByScan(TPoint point) {
     TMyShape* firstOther = nullptr;
-    for (int pos : candidates) {
-        TMyShape* shape = m_myShapes[size_t(pos)];
-        if (!shape || shape->HasParentShape() || !m_layers.IsVisible(shape->LayerId())) continue;
-        if (!m_operateAllLayer && shape->LayerId() != currentLayer) continue;
+    for (int i = int(m_myShapes.size()) - 1; i >= 0; --i) {
+        TMyShape* shape = m_myShapes[size_t(i)];
+        if (!pickable(shape)) continue;
         const bool linkLine = isLinkLineClass(shape);
-        // Once a plain shape has won, only a connector point can still beat it.
         if (firstOther && !linkLine) continue;
-        if (!IsClickedMeforShape(canvas, shape, point)) continue;
+        if (!IsClickedMeforShape(Canvas(), shape, point)) continue;
         if (linkLine) return shape;
         firstOther = shape;
     }

@@ -1,9 +1,11 @@
 // TShapeIndex: the canvas's spatial index, a uniform grid of square cells over
-// pixel space. Each entry (a slot) holds a shape, the pixel box in which the
-// shape may draw or answer a hit test at the canvas's zoom, and the shape's
-// position in the canvas's list when the entry was made. A cell lists the
-// slots whose box meets it; boxes beyond the grid's area land in the border
-// cells, so nothing is ever lost, only slower to find.
+// pixel space. Each indexed shape has a slot; each cell lists the slots whose
+// pixel box meets it, with the box (clipped to the cell, in 16-bit cell
+// coordinates), the shape's position in the canvas's list and two flags
+// (a root shape; a connector point), so that a query reads one cell's list
+// front to back and touches no shape until it has chosen its candidates.
+// Boxes that leave the grid's area are kept whole in an overflow list that
+// every query also reads.
 //
 // Entries are never moved: an update kills the slot and makes a new one, and
 // killed slots stay in the cells until the owner rebuilds the index (the
@@ -29,16 +31,25 @@ class TMyShape;
 
 class TShapeIndex {
 public:
+    // What a query reports of an entry.
+    struct Hit {
+        int slot;
+        int listPos;    // the position in the canvas's list when indexed
+        bool root;      // the shape had no parent when indexed
+        bool linkLine;  // the shape is a connector point (TMyLineLinkLine)
+    };
+
     TShapeIndex() = default;
     ~TShapeIndex();
     TShapeIndex(const TShapeIndex&) = delete;
     TShapeIndex& operator=(const TShapeIndex&) = delete;
 
-    // Forgets every entry (not the dirty list) and lays cells of cellSize pixels over area.
+    // Forgets every entry (not the dirty list) and lays cells of cellSize
+    // pixels (at most 4096) over area.
     void Reset(const TRect& area, int cellSize);
     // Indexes the shape with a box, replacing its previous entry; an empty box
-    // is kept but listed in no cell. Returns the slot.
-    int Insert(TMyShape* shape, const TRect& box, int listPos);
+    // is kept but listed nowhere. Returns the slot.
+    int Insert(TMyShape* shape, const TRect& box, int listPos, bool root, bool linkLine);
     // Drops the shape's entry, if any; the slot number is not reused before the next Reset.
     void Remove(TMyShape* shape);
     // The shape's slot, or -1 when it is not indexed.
@@ -53,67 +64,98 @@ public:
     // whether it was indexed.
     bool Forget(TMyShape* shape);
 
-    TMyShape* Shape(int slot) const { return m_slots[size_t(slot)].shape; }
-    const TRect& Box(int slot) const { return m_slots[size_t(slot)].box; }
-    int ListPos(int slot) const { return m_slots[size_t(slot)].listPos; }
+    TMyShape* Shape(int slot) const { return m_slots[size_t(slot)]; }
     int LiveCount() const { return m_live; }
     int DeadCount() const { return int(m_slots.size()) - m_live; }
     int CellSize() const { return m_cell; }
-    // Heap bytes held by the index (slots and cells), for memory accounting.
+    // Heap bytes held by the index, for memory accounting.
     size_t MemoryBytes() const;
 
-    // Calls f(slot) for every live slot whose box holds the pixel p (right and
-    // bottom edges excluded), in no particular order, each once.
+    // Calls f(Hit) for every live entry whose box holds the pixel p (right and
+    // bottom edges excluded), each once, in no particular order.
     template <class F>
     void ForEachAt(TPoint p, F&& f) const {
         if (m_cells.empty()) return;
-        for (int32_t slot : m_cells[size_t(cellIndex(colOf(p.x), rowOf(p.y)))]) {
-            const Slot& s = m_slots[size_t(slot)];
-            if (s.shape && PtInRect(s.box, p)) f(int(slot));
+        if (insideArea(p)) {
+            const int col = int((int64_t(p.x) - m_area.left) / m_cell), row = int((int64_t(p.y) - m_area.top) / m_cell);
+            const int x = p.x - (m_area.left + col * m_cell), y = p.y - (m_area.top + row * m_cell);
+            for (const Entry& e : m_cells[size_t(row * m_cols + col)])
+                if (e.l <= x && x < e.r && e.t <= y && y < e.b && alive(e.slot)) f(hitOf(e));
         }
+        for (const Wide& w : m_overflow)
+            if (PtInRect(w.box, p) && alive(w.slot)) f(hitOf(w));
     }
 
-    // Calls f(slot) for every live slot whose box meets r, each once.
+    // Calls f(Hit) for every live entry whose box meets r, each once.
     template <class F>
-    void ForEachIn(const TRect& r, F&& f) {
+    void ForEachIn(const TRect& r, F&& f) const {
         if (m_cells.empty() || r.right <= r.left || r.bottom <= r.top) return;
-        const uint32_t stamp = nextStamp();
-        const int c0 = colOf(r.left), c1 = colOf(r.right - 1), r0 = rowOf(r.top), r1 = rowOf(r.bottom - 1);
-        for (int row = r0; row <= r1; ++row)
-            for (int col = c0; col <= c1; ++col)
-                for (int32_t slot : m_cells[size_t(cellIndex(col, row))]) {
-                    Slot& s = m_slots[size_t(slot)];
-                    if (!s.shape || s.stamp == stamp) continue;
-                    s.stamp = stamp;
-                    if (s.box.left < r.right && r.left < s.box.right && s.box.top < r.bottom && r.top < s.box.bottom)
-                        f(int(slot));
+        std::vector<uint64_t> seen((m_slots.size() + 63) / 64);
+        auto once = [&](int slot) {
+            uint64_t& word = seen[size_t(slot) / 64];
+            const uint64_t bit = uint64_t(1) << (slot % 64);
+            if (word & bit) return false;
+            word |= bit;
+            return true;
+        };
+        const TRect q{std::max(r.left, m_area.left), std::max(r.top, m_area.top), std::min(r.right, m_area.right),
+                      std::min(r.bottom, m_area.bottom)};
+        if (q.left < q.right && q.top < q.bottom) {
+            const int c0 = int((int64_t(q.left) - m_area.left) / m_cell), c1 = int((int64_t(q.right) - 1 - m_area.left) / m_cell);
+            const int r0 = int((int64_t(q.top) - m_area.top) / m_cell), r1 = int((int64_t(q.bottom) - 1 - m_area.top) / m_cell);
+            for (int row = r0; row <= r1; ++row)
+                for (int col = c0; col <= c1; ++col) {
+                    const int ox = m_area.left + col * m_cell, oy = m_area.top + row * m_cell;
+                    const int l = q.left - ox, t = q.top - oy, rr = q.right - ox, b = q.bottom - oy;
+                    for (const Entry& e : m_cells[size_t(row * m_cols + col)])
+                        if (e.l < rr && l < e.r && e.t < b && t < e.b && alive(e.slot) && once(e.slot)) f(hitOf(e));
                 }
+        }
+        for (const Wide& w : m_overflow)
+            if (w.box.left < r.right && r.left < w.box.right && w.box.top < r.bottom && r.top < w.box.bottom &&
+                alive(w.slot) && once(w.slot))
+                f(hitOf(w));
     }
 
 private:
-    struct Slot {
-        TMyShape* shape = nullptr;  // null once killed
+    static constexpr uint32_t kRootFlag = 1u << 30;
+    static constexpr uint32_t kLinkFlag = 1u << 31;
+    static constexpr uint32_t kPosMask = kRootFlag - 1;
+
+    // A box inside one cell, in cell coordinates (0 = the cell's left or top).
+    struct Entry {
+        int32_t slot;
+        uint32_t posFlags;
+        int16_t l, t, r, b;
+    };
+    // A box that leaves the grid's area, kept whole.
+    struct Wide {
+        int32_t slot;
+        uint32_t posFlags;
         TRect box;
-        int32_t listPos = -1;
-        uint32_t stamp = 0;  // last ForEachIn that reported the slot
     };
 
-    int colOf(int x) const;
-    int rowOf(int y) const;
-    int cellIndex(int col, int row) const { return row * m_cols + col; }
-    uint32_t nextStamp();
+    template <class E>
+    static Hit hitOf(const E& e) {
+        return Hit{e.slot, int(e.posFlags & kPosMask), (e.posFlags & kRootFlag) != 0, (e.posFlags & kLinkFlag) != 0};
+    }
+    bool alive(int32_t slot) const { return (m_alive[size_t(slot) / 64] >> (slot % 64)) & 1; }
+    bool insideArea(TPoint p) const {
+        return p.x >= m_area.left && p.x < m_area.right && p.y >= m_area.top && p.y < m_area.bottom;
+    }
     void kill(int slot);
     void detachAll();
 
-    std::vector<Slot> m_slots;
+    std::vector<TMyShape*> m_slots;  // null once killed
+    std::vector<uint64_t> m_alive;   // one bit per slot
+    std::vector<std::vector<Entry>> m_cells;
+    std::vector<Wide> m_overflow;
     std::vector<TMyShape*> m_dirty;
-    std::vector<std::vector<int32_t>> m_cells;
     TRect m_area;
     int m_cell = 64;
     int m_cols = 0;
     int m_rows = 0;
     int m_live = 0;
-    uint32_t m_stamp = 0;
 };
 
 }  // namespace faroven

@@ -349,7 +349,18 @@ TArrPoint TMyEllipse::OutlineInZoom() const {
 
 void TMyEllipse::Draw(TCanvas* canvas) {
     SetDrawShapeMode(this, canvas);
-    if (GetPointsCount() >= 4) PowerDrawShape(canvas, OutlineInZoom(), true);
+    if (GetPointsCount() >= 4) {
+        PixelTarget target;
+        bool written = false;
+        if (directTarget(this, canvas, target)) {
+            if (!m_rows.Matches(Revision(), Zoom())) m_rows = RasterRows::Capture(OutlineInZoom(), Revision(), Zoom());
+            if (m_rows.Usable()) {
+                m_rows.Write(target);
+                written = true;
+            }
+        }
+        if (!written) PowerDrawShape(canvas, OutlineInZoom(), true);
+    }
     DrawInfo(canvas);
 }
 

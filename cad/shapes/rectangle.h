@@ -18,6 +18,7 @@
 #pragma once
 
 #include "cad/shapes/shape.h"
+#include "cad/shapes/shape_p.h"
 
 #include <array>
 #include <optional>
@@ -135,6 +136,11 @@ public:
     static TArrPoint EllipsePoints(double cx, double cy, double rx, double ry, double angle);
     // The shape's own 73 points at the current zoom.
     TArrPoint OutlineInZoom() const;
+
+private:
+    // The pixels of the outline at the last paint into the canvas's buffer,
+    // written back directly while the shape and the zoom stay the same.
+    shape_detail::RasterRows m_rows;
 };
 
 // A group: its members draw themselves (children paint before their parent);

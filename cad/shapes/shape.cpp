@@ -63,6 +63,31 @@ TMyShape::Extras& TMyShape::extras() {
     return *m_extras;
 }
 
+namespace {
+const std::vector<int32_t>& noChildren() {
+    static const std::vector<int32_t> none;
+    return none;
+}
+const TMyShapeNo& noLinkLines() {
+    static const TMyShapeNo none;
+    return none;
+}
+}  // namespace
+
+const std::vector<int32_t>& TMyShape::ChildShapeNos() const { return m_extras ? m_extras->childShapeNos : noChildren(); }
+
+void TMyShape::SetChildShapeNos(const std::vector<int32_t>& v) {
+    if (v.empty() && !m_extras) return;
+    extras().childShapeNos = v;
+}
+
+const TMyShapeNo& TMyShape::LinkShapeNos() const { return m_extras ? m_extras->linkShapeNos : noLinkLines(); }
+
+void TMyShape::SetLinkShapeNos(const TMyShapeNo& v) {
+    if (v.empty() && !m_extras) return;
+    extras().linkShapeNos = v;
+}
+
 TBitmap* TMyShape::WorkBitmap() {
     Extras& e = extras();
     if (!e.workBitmap) e.workBitmap = std::make_unique<TBitmap>(0, 0, pf24bit);
@@ -188,6 +213,7 @@ void TMyShape::copyProperties(const TMyShape* s) {
     m_rotateEnable = s->m_rotateEnable;
     SetTag(s->Tag());
     m_visible = s->m_visible;
+    // The relations are the caller's (Assign copies them, AssignWithoutRelation does not).
     if (s->m_extras) {
         Extras& e = extras();
         e.caption = s->m_extras->caption;
@@ -197,8 +223,11 @@ void TMyShape::copyProperties(const TMyShape* s) {
             WorkBitmap()->Assign(*s->m_extras->workBitmap);
         else
             e.workBitmap.reset();
-    } else {
-        m_extras.reset();
+    } else if (m_extras) {
+        m_extras->caption.clear();
+        m_extras->multiInfo.Clear();
+        m_extras->userData.ClearAll();
+        m_extras->workBitmap.reset();
     }
     m_centerPoint = s->m_centerPoint;
     m_layerId = s->m_layerId;
@@ -211,8 +240,8 @@ void TMyShape::Assign(const TMyShape* source) {
     if (!source || source == this) return;
     copyProperties(source);
     m_parentShapeNo = source->m_parentShapeNo;
-    m_childShapeNos = source->m_childShapeNos;
-    m_linkShapeNos = source->m_linkShapeNos;
+    SetChildShapeNos(source->ChildShapeNos());
+    SetLinkShapeNos(source->LinkShapeNos());
     changed();
 }
 
@@ -508,6 +537,17 @@ void TMyShape::SetPS(TCanvas* canvas) {
 void TMyShape::PowerDrawShape(TCanvas* canvas, const TArrPoint& outline, bool closed) {
     if (outline.empty()) return;
     SetDrawShapeMode(this, canvas);
+    // An upright rectangle painted into the canvas's own buffer is written
+    // straight into its pixels, exactly as Polygon would set them.
+    if (closed) {
+        TRect corners;
+        shape_detail::PixelTarget target;
+        if (shape_detail::axisAlignedRect(outline, corners) && corners.Width() >= 2 && corners.Height() >= 2 &&
+            shape_detail::directTarget(this, canvas, target)) {
+            shape_detail::writeRectangle(target, corners);
+            return;
+        }
+    }
     SetPS(canvas);
     if (!closed) {
         canvas->Polyline(outline);

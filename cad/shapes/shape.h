@@ -12,7 +12,8 @@
 //
 // Memory: drawings hold tens of thousands of shapes, so the parts that most
 // shapes never use are created on first access: the caption, the multi-line
-// caption, the user data and the work bitmap live in a side record, and the
+// caption, the user data, the work bitmap and the lists of children and
+// attached link lines live in a side record, and the
 // font is shared with the canvas (an immutable snapshot of the canvas's font
 // when the shape was created) until Font() is asked for a changeable one. The
 // accessors behave as if every part had been created with the shape.
@@ -131,18 +132,30 @@ public:
     // ---- Stored state that is not published -------------------------------------
     TMyCAD* Canvas() const { return m_canvas; }
     int ShapeNo() const { return m_shapeNo; }
-    void SetShapeNo(int v) { m_shapeNo = v; }
+    // Numbers and the parent reference count as changes: the canvas's index
+    // keeps each shape's place in the list and whether it is a root.
+    void SetShapeNo(int v) {
+        if (v == m_shapeNo) return;
+        m_shapeNo = v;
+        changed();
+    }
     int GetShapeId() const { return m_shapeId; }
     int ShapeId() const { return m_shapeId; }
     void SetShapeId(int v) { m_shapeId = v; }
     int ParentShapeNo() const { return m_parentShapeNo; }
-    void SetParentShapeNo(int v) { m_parentShapeNo = v; }
-    std::vector<int32_t>& ChildShapeNos() { return m_childShapeNos; }
-    const std::vector<int32_t>& ChildShapeNos() const { return m_childShapeNos; }
-    void SetChildShapeNos(const std::vector<int32_t>& v) { m_childShapeNos = v; }
-    TMyShapeNo& LinkShapeNos() { return m_linkShapeNos; }
-    const TMyShapeNo& LinkShapeNos() const { return m_linkShapeNos; }
-    void SetLinkShapeNos(const TMyShapeNo& v) { m_linkShapeNos = v; }
+    void SetParentShapeNo(int v) {
+        if (v == m_parentShapeNo) return;
+        m_parentShapeNo = v;
+        changed();
+    }
+    // The child and link-line lists live in the side record: reading them
+    // through a const shape creates nothing.
+    std::vector<int32_t>& ChildShapeNos() { return extras().childShapeNos; }
+    const std::vector<int32_t>& ChildShapeNos() const;
+    void SetChildShapeNos(const std::vector<int32_t>& v);
+    TMyShapeNo& LinkShapeNos() { return extras().linkShapeNos; }
+    const TMyShapeNo& LinkShapeNos() const;
+    void SetLinkShapeNos(const TMyShapeNo& v);
     int LayerId() const { return m_layerId; }
     void SetLayerId(int v) { m_layerId = v; }
     int HotIndex() const { return m_hotIndex; }
@@ -270,8 +283,8 @@ public:
 
     // ---- Relations ----------------------------------------------------------------
     bool HasParentShape() const { return m_parentShapeNo > -1; }
-    bool HasChildShapes() const { return !m_childShapeNos.empty(); }
-    bool HasLinkShapes() const { return !m_linkShapeNos.empty(); }
+    bool HasChildShapes() const { return m_extras && !m_extras->childShapeNos.empty(); }
+    bool HasLinkShapes() const { return m_extras && !m_extras->linkShapeNos.empty(); }
 
     // ---- Drawing helpers --------------------------------------------------------------
     // The caption (Info) and the multi-line caption centred on the text point,
@@ -333,6 +346,8 @@ private:
         TStrings multiInfo;
         TUserData userData;
         std::unique_ptr<TBitmap> workBitmap;
+        std::vector<int32_t> childShapeNos;
+        TMyShapeNo linkShapeNos;
     };
     Extras& extras();
     QStringList multiInfoLines() const { return m_extras ? m_extras->multiInfo.Lines() : QStringList(); }
@@ -366,8 +381,6 @@ private:
     bool m_visible = true;
     std::unique_ptr<Extras> m_extras;
     TMyPoint m_centerPoint;
-    std::vector<int32_t> m_childShapeNos;
-    TMyShapeNo m_linkShapeNos;
     int m_layerId = 0;
     int m_parentShapeNo = -1;
     int m_hotIndex = -1;
