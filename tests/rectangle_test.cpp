@@ -239,6 +239,21 @@ TEST_F(Rectangle, HandlePositionsFollowTheTurn) {
     EXPECT_EQ(r->InWhichHot({75, -25}), 6) << "handle 6, hidden, at the turned origin, beats corner 0";
 }
 
+TEST_F(Rectangle, RotationMeasuredFromTheMouseTurnsAboutTheCentre) {
+    auto r = addRect(cad, 0, 0, 100, 50);
+    // From right of the centre to below it: a quarter turn clockwise.
+    const double angle = r->GetRotatedAngle({150, 25}, {50, 125});
+    EXPECT_NEAR(angle, kPi / 2, 1e-9);
+    EXPECT_NEAR(r->GetRotatedAngle({50, 125}, {150, 25}), -kPi / 2, 1e-9);
+    r->RotateChangeValueByAngle(angle);
+    EXPECT_NEAR(r->UprightWidth(), 100, 1e-3) << "the figure keeps its size";
+    EXPECT_NEAR(r->UprightHeight(), 50, 1e-3);
+    expectNear(r->GetCenterPoint(), {50, 25}, "the centre stays");
+    expectNear(r->GetPoint(2), {25, 75}, "bottom-right corner turned");
+    const TMyPoint text = r->TextPoint();
+    expectNear(text, RotateAPoint({50, 60}, {50, 25}, float(angle)), "the caption turns along");
+}
+
 TEST_F(Rectangle, CursorsBySide) {
     auto r = addRect(cad, 0, 0, 100, 50);
     EXPECT_EQ(r->GetMouseCursor(1, 1), crSizeNWSE);
