@@ -6,6 +6,7 @@
 #include "view_controls.h"
 
 #include <QAction>
+#include <cmath>
 #include <QLabel>
 #include <QMenuBar>
 #include <QStatusBar>
@@ -42,31 +43,72 @@ MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent) {
 
 void MainWindow::setZoom(double zoom) { m_cad->SetZoom(std::clamp(zoom, 0.1, 8.0)); }
 
+// One shape of each family, captioned, and the rectangle selected so that
+// its hot marks show.
 void MainWindow::addSampleShapes() {
-    struct Sample {
-        std::vector<TMyPoint> points;
-        TColor pen, brush;
-        TGradientStyle gradient;
-        QString info;
-    };
-    const Sample samples[] = {
-        {{{60, 60}, {300, 60}, {300, 200}, {60, 200}}, clNavy, 0xF0E0C0, gsNone, "Rectangle"},
-        {{{380, 80}, {520, 60}, {620, 180}, {450, 260}}, clMaroon, clYellow, gsLinearH, "Quadrilateral"},
-        {{{120, 320}, {220, 420}, {120, 520}, {20, 420}}, clGreen, 0xC0FFC0, gsNone, "Diamond"},
-        {{{330, 340}, {700, 340}, {700, 600}, {330, 600}}, clBlack, clAqua, gsRadialC, "Gradient"},
-    };
-    for (const Sample& s : samples) {
-        auto shape = new DemoFigure(m_cad);
-        for (const TMyPoint& p : s.points) shape->AddPoint(p);
-        shape->Pen()->SetColor(s.pen);
+    auto add = [this](TMyShape* shape, const std::vector<TMyPoint>& points, TColor pen, TColor brush,
+                      const QString& info) {
+        for (const TMyPoint& p : points) shape->AddPoint(p);
+        shape->Pen()->SetColor(pen);
         shape->Pen()->SetWidth(2);
-        shape->Brush()->SetColor(s.brush);
-        shape->SetGradientStyle(s.gradient);
-        shape->SetColorBegin(clWhite);
-        shape->SetColorEnd(s.brush);
-        shape->SetInfo(s.info);
+        shape->Brush()->SetColor(brush);
+        shape->SetInfo(info);
         shape->Drawed({}, {});
         m_cad->AddNewShape(shape);
+        return shape;
+    };
+    auto box = [](float l, float t, float r, float b) { return std::vector<TMyPoint>{{l, t}, {r, t}, {r, b}, {l, b}}; };
+    // Members first, then the group around them.
+    auto group = [&](TMyGroup* g, std::initializer_list<TMyShape*> members, const QString& info) {
+        TMyRect r{1e9f, 1e9f, -1e9f, -1e9f};
+        for (TMyShape* m : members) {
+            const TMyRect b = m->GetBounds();
+            r = {std::min(r.left, b.left), std::min(r.top, b.top), std::max(r.right, b.right), std::max(r.bottom, b.bottom)};
+        }
+        add(g, box(r.left, r.top, r.right, r.bottom), clBlack, clWhite, info);
+        std::vector<int32_t> children;
+        for (TMyShape* m : members) {
+            m->SetParentShapeNo(g->ShapeNo());
+            children.push_back(m->ShapeNo());
+        }
+        g->SetChildShapeNos(children);
+    };
+
+    TMyShape* rect = add(new TMyRectangle(m_cad), box(40, 40, 220, 150), clNavy, 0xF0E0C0, "Rectangle");
+    TMyShape* ellipse = add(new TMyEllipse(m_cad), box(270, 40, 450, 150), clMaroon, clYellow, "Ellipse");
+    ellipse->SetGradientStyle(gsRadialC);
+    ellipse->SetColorEnd(clYellow);
+    ellipse->RotateChangeValueByAngle(0.3);
+
+    TMyShape* a = add(new TMyRectangle(m_cad), box(500, 40, 590, 100), clGreen, 0xC0FFC0, "");
+    TMyShape* b = add(new TMyEllipse(m_cad), box(560, 80, 700, 150), clGreen, clLime, "");
+    group(new TMyGroup(m_cad), {a, b}, "Group of two");
+
+    TMyShape* c1 = add(new TMyEllipse(m_cad), box(40, 210, 140, 310), clPurple, clFuchsia, "");
+    TMyShape* c2 = add(new TMyRectangle(m_cad), box(100, 240, 220, 330), clPurple, 0xFFC0FF, "");
+    group(new TMyCombine(m_cad), {c1, c2}, "Combine");
+
+    auto line = static_cast<TMyLine*>(add(new TMyLine(m_cad), {{270, 230}, {450, 320}}, clBlack, clBlack, "Line"));
+    line->SetArrowStyle(ALeft);
+    line->SetArrowAngle(20);
+    line->SetArrowLength(18);
+    add(new TMyRuleLine(m_cad), {{500, 280}, {700, 280}}, clBlue, clBlue, "");
+
+    auto poly = static_cast<TMyLine*>(
+        add(new TMyPolyLine(m_cad), {{40, 420}, {100, 480}, {160, 410}, {220, 490}}, clTeal, clWhite, "Polyline"));
+    poly->SetArrowStyle(ADouble);
+    poly->SetArrowLength(12);
+    TMyShape* polygon = add(new TMyPolygon(m_cad), {{360, 390}, {450, 440}, {420, 520}, {300, 520}, {270, 440}, {360, 390}},
+                            clOlive, clAqua, "Polygon");
+    polygon->SetGradientStyle(gsLinearV);
+    polygon->SetColorEnd(clAqua);
+
+    auto freeLine = new TMyFreeLine(m_cad);
+    for (int i = 0; i <= 60; ++i) {
+        const float x = 500 + i * 3.5f;
+        freeLine->AddPoint({x, 450 + 35 * std::sin(i / 6.0f) * std::cos(i / 23.0f)});
     }
-    m_cad->AddWorkingShapes(m_cad->GetShapeByNo(1));
+    add(freeLine, {}, clRed, clWhite, "Free line");
+
+    m_cad->AddWorkingShapes(rect);
 }

@@ -16,6 +16,7 @@
 
 #include "cad/canvas/grid.h"
 #include "cad/canvas/layers.h"
+#include "cad/canvas/shape_index.h"
 #include "cad/enums.h"
 #include "cad/persistence/userdata.h"
 #include "cad/shapes/shape.h"
@@ -27,6 +28,7 @@
 #include <QLabel>
 #include <functional>
 #include <memory>
+#include <unordered_map>
 #include <vector>
 
 
@@ -580,6 +582,57 @@ private:
     bool m_mouseInside = false;
     TPoint m_mousePoint;
     TMyShape* m_hoverShape = nullptr;  // not owned
+
+    // ==== Picking, spatial index and shared shape font (mycad_picking.cpp) ======
+    // Kept in one block: painting and picking find shapes through a grid of
+    // pixel boxes that follows every change the shapes report.
+public:
+    // The shape that a press at a pixel point picks: from the top-most shape
+    // down, shapes on visible layers (and on the current layer unless
+    // OperateAllLayer) that IsClickedMeforShape reports hit; of those the
+    // top-most parentless TMyLineLinkLine wins, and only when there is none the
+    // top-most parentless other shape. Children are never picked by themselves
+    // (their root is, through them). nullptr when nothing is hit. Selected
+    // shapes are candidates too: a press first tries the selection, so by the
+    // time it looks for a new pick no selected shape is under the mouse.
+    TMyShape* GetShapeAtPoint(TPoint point);
+    // An immutable copy of Font that new shapes share until their own Font()
+    // is asked for; renewed when the canvas's font has changed since.
+    std::shared_ptr<const TFont> SharedShapeFont();
+    // Heap bytes of the spatial index (memory accounting in benchmarks).
+    size_t ShapeIndexMemoryBytes() const { return m_shapeIndex.MemoryBytes(); }
+
+private:
+    friend class TMyShape;
+    // Bookkeeping called by shapes: a changed shape is looked at again before
+    // the next paint or pick; a destroyed one leaves the index at once.
+    void markShapeDirty(TMyShape* shape);
+    void shapeDestroyed(TMyShape* shape);
+    // Brings the index up to date with the shapes, the list and the zoom.
+    void syncShapeIndex();
+    void rebuildShapeIndex();
+    TRect indexBoxOf(TMyShape* shape);
+    void indexShape(TMyShape* shape, const TRect& box, int pos);
+    // The position of an indexed shape in MyShapes (the stored one when it
+    // still holds), or -1 when the list has changed behind the index's back
+    // (the caller then rebuilds it).
+    int indexedListPos(int slot, int storedPos) const;
+    // A parentless shape on a visible layer (and the current one unless OperateAllLayer).
+    bool pickable(TMyShape* shape) const;
+    TMyShape* pickByScan(TPoint point);
+    // Root shapes (by position in MyShapes, ascending) whose subtree has a box
+    // meeting the rectangle; false when the index had to be rebuilt first.
+    bool rootsMeeting(const TRect& rect, std::vector<int>& roots);
+    bool isLinkLineClass(const TMyShape* shape);
+
+    TShapeIndex m_shapeIndex;
+    double m_indexZoom = 0;
+    int m_indexHotSize = -1;
+    size_t m_indexListSize = 0;
+    bool m_indexBuilt = false;
+    std::shared_ptr<const TFont> m_sharedShapeFont;
+    std::unordered_map<const QMetaObject*, bool> m_linkLineClasses;
+    // ==== End of the picking block ================================================
 };
 
 }  // namespace faroven

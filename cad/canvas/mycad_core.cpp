@@ -142,7 +142,8 @@ void TMyCAD::Notification(QObject* component, TOperation operation) {
     if (component == static_cast<QObject*>(m_labelXY)) m_labelXY = nullptr;
 }
 
-void TMyCAD::ShapeChanged(TMyShape*) {
+void TMyCAD::ShapeChanged(TMyShape* shape) {
+    if (shape) markShapeDirty(shape);
     if (!m_painting) Invalidate();
 }
 

@@ -9,6 +9,8 @@
 #include "cad/geometry/rotated_text.h"
 #include "platform/system.h"
 
+#include <utility>
+
 namespace faroven {
 
 void TMyCAD::Paint() {
@@ -60,18 +62,24 @@ void TMyCAD::DrawBackground(TCanvas* canvas, const TRect& rect) {
 
 // Root shapes of visible layers whose painted pixels can reach the rectangle
 // are drawn in MyShapes order, each after its children, so a later shape
-// covers an earlier one. The buffer's origin is the rectangle's corner: the
-// canvas is given that window origin, which shifts whole pixels and leaves the
-// shapes' coordinates untouched.
+// covers an earlier one. A root is listed when its own box or the box of one
+// of its descendants meets the rectangle (which covers a root whose bounds
+// contain the rectangle and a root with a point inside it); the spatial index
+// finds them without visiting the others. The buffer's origin is the
+// rectangle's corner: the canvas is given that window origin, which shifts
+// whole pixels and leaves the shapes' coordinates untouched.
 void TMyCAD::DrawAllShape(TCanvas* canvas, const TRect& rect) {
     m_paintedShapes.clear();
-    for (size_t i = 0; i < m_myShapes.size(); ++i) {
-        TMyShape* shape = m_myShapes[i];
+    std::vector<int> roots;
+    syncShapeIndex();
+    if (!rootsMeeting(rect, roots)) {
+        rebuildShapeIndex();
+        rootsMeeting(rect, roots);
+    }
+    for (int no : roots) {
+        TMyShape* shape = m_myShapes[size_t(no)];
         if (!shape || shape->HasParentShape() || !m_layers.IsVisible(shape->LayerId())) continue;
-        TRect overlap;
-        if (IntersectRect(overlap, shape->GetPaintBoundsInZoom(), rect) || IsShapeBigthanRegion(rect, shape) ||
-            IsPtinRegion(rect, shape))
-            m_paintedShapes.push_back(int(i));
+        m_paintedShapes.push_back(no);
     }
     const TPoint oldOrigin = canvas->WindowOrg();
     canvas->SetWindowOrg(oldOrigin.x + rect.left, oldOrigin.y + rect.top);
@@ -82,7 +90,7 @@ void TMyCAD::DrawAllShape(TCanvas* canvas, const TRect& rect) {
 
 void TMyCAD::drawShapeTree(TCanvas* canvas, TMyShape* shape) {
     if (!shape || !shape->Visible()) return;
-    for (int child : shape->ChildShapeNos())
+    for (int child : std::as_const(*shape).ChildShapeNos())
         if (TMyShape* c = GetShapeByNo(child); c && c != shape) drawShapeTree(canvas, c);
     shape->Draw(canvas);
 }
@@ -90,7 +98,7 @@ void TMyCAD::drawShapeTree(TCanvas* canvas, TMyShape* shape) {
 void TMyCAD::drawLinkHotTree(TCanvas* canvas, TMyShape* shape) {
     if (!shape) return;
     DrawLinkHot(shape, canvas);
-    for (int child : shape->ChildShapeNos())
+    for (int child : std::as_const(*shape).ChildShapeNos())
         if (TMyShape* c = GetShapeByNo(child); c && c != shape) drawLinkHotTree(canvas, c);
 }
 

@@ -3,6 +3,8 @@
 
 #include "cad/geometry/geometry.h"
 
+#include <utility>
+
 namespace faroven {
 
 void TMyCAD::AddWorkingShapes(TMyShape* shape) {
@@ -43,7 +45,7 @@ bool TMyCAD::anyPointIn(const TRect& rect, TMyShape* shape) {
     if (!shape) return false;
     for (int i = 0; i < shape->GetPointsCount(); ++i)
         if (PtInRect(rect, MyPtToPt(shape->GetPointInZoom(i)))) return true;
-    for (int child : shape->ChildShapeNos())
+    for (int child : std::as_const(*shape).ChildShapeNos())
         if (TMyShape* c = GetShapeByNo(child); c && c != shape && anyPointIn(rect, c)) return true;
     return false;
 }
@@ -65,7 +67,7 @@ bool TMyCAD::IsInRegion(TPoint p1, TPoint p2, TMyShape* shape) {
 bool TMyCAD::IsClickedMeforShape(TCanvas* canvas, TMyShape* shape, TPoint point) {
     if (!shape || !shape->Visible()) return false;
     if (shape->IsClickedMe(canvas, point)) return true;
-    for (int child : shape->ChildShapeNos())
+    for (int child : std::as_const(*shape).ChildShapeNos())
         if (TMyShape* c = GetShapeByNo(child); c && c != shape && IsClickedMeforShape(canvas, c, point)) return true;
     return false;
 }

@@ -6,15 +6,25 @@
 #include "cad/geometry/markers.h"
 #include "cad/geometry/rotated_text.h"
 
+#include "cad/shapes/shape_p.h"
+
 #include <QFontMetrics>
 
 namespace faroven {
+
+namespace {
+// The font of shapes made without a canvas: the platform's default font.
+std::shared_ptr<const TFont> defaultSharedFont() {
+    static const std::shared_ptr<const TFont> font = std::make_shared<const TFont>();
+    return font;
+}
+}  // namespace
 
 TMyShape::TMyShape(TMyCAD* canvas) : TComponent(nullptr), m_canvas(canvas) {
     if (canvas) {
         m_pen.Assign(*canvas->Pen());
         m_brush.Assign(*canvas->Brush());
-        m_font.Assign(*canvas->Font());
+        m_sharedFont = canvas->SharedShapeFont();
         m_penStyleJoinType = canvas->PenStyleJoinType();
         m_penStyleEndCapType = canvas->PenStyleEndCapType();
         m_dragEnable = canvas->DragEnable();
@@ -22,14 +32,67 @@ TMyShape::TMyShape(TMyCAD* canvas) : TComponent(nullptr), m_canvas(canvas) {
         m_rotateEnable = canvas->RotateEnable();
         m_hotShow = canvas->HotShow();
         m_layerId = canvas->CurrentLayerId();
+    } else {
+        m_sharedFont = defaultSharedFont();
     }
     m_pen.OnChange = [this](TObject* s) { DoPenBrushChange(s); };
     m_brush.OnChange = [this](TObject* s) { DoPenBrushChange(s); };
-    m_font.OnChange = [this](TObject* s) { DoFontChange(s); };
-    m_multiInfo.OnChange = [this](TObject*) { changed(); };
 }
 
-TMyShape::~TMyShape() = default;
+TMyShape::~TMyShape() {
+    // Only a shape the canvas still keeps track of tells it; a canvas that
+    // went first has already let go of its shapes.
+    if (m_canvas && (m_indexSlot >= 0 || m_dirtyPos >= 0)) m_canvas->shapeDestroyed(this);
+}
+
+TFont* TMyShape::Font() {
+    if (!m_font) {
+        m_font = std::make_unique<TFont>();
+        m_font->Assign(*m_sharedFont);
+        m_font->OnChange = [this](TObject* s) { DoFontChange(s); };
+        m_sharedFont.reset();
+    }
+    return m_font.get();
+}
+
+TMyShape::Extras& TMyShape::extras() {
+    if (!m_extras) {
+        m_extras = std::make_unique<Extras>();
+        m_extras->multiInfo.OnChange = [this](TObject*) { changed(); };
+    }
+    return *m_extras;
+}
+
+namespace {
+const std::vector<int32_t>& noChildren() {
+    static const std::vector<int32_t> none;
+    return none;
+}
+const TMyShapeNo& noLinkLines() {
+    static const TMyShapeNo none;
+    return none;
+}
+}  // namespace
+
+const std::vector<int32_t>& TMyShape::ChildShapeNos() const { return m_extras ? m_extras->childShapeNos : noChildren(); }
+
+void TMyShape::SetChildShapeNos(const std::vector<int32_t>& v) {
+    if (v.empty() && !m_extras) return;
+    extras().childShapeNos = v;
+}
+
+const TMyShapeNo& TMyShape::LinkShapeNos() const { return m_extras ? m_extras->linkShapeNos : noLinkLines(); }
+
+void TMyShape::SetLinkShapeNos(const TMyShapeNo& v) {
+    if (v.empty() && !m_extras) return;
+    extras().linkShapeNos = v;
+}
+
+TBitmap* TMyShape::WorkBitmap() {
+    Extras& e = extras();
+    if (!e.workBitmap) e.workBitmap = std::make_unique<TBitmap>(0, 0, pf24bit);
+    return e.workBitmap.get();
+}
 
 double TMyShape::Zoom() const { return m_canvas ? m_canvas->Zoom() : 1.0; }
 
@@ -81,6 +144,11 @@ void TMyShape::Drawing(TCanvas* canvas, TPoint, TPoint to) {
 
 double TMyShape::GetLengthByUnit() { return 0; }
 
+double TMyShape::GetLengthByUnit(TMyPoint zoomed1, TMyPoint zoomed2) const {
+    const double pixels = std::hypot(double(zoomed2.x) - zoomed1.x, double(zoomed2.y) - zoomed1.y) / Zoom();
+    return m_canvas ? shape_detail::pixelsToUnit(pixels, m_canvas->TheUNIT(), m_canvas->Ratio()) : pixels;
+}
+
 TCursor TMyShape::GetMouseCursor(int, int) { return crCross; }
 
 bool TMyShape::IsDrawingFinished(TMouseButton, TPoint) { return GetPointsCount() >= 2; }
@@ -117,12 +185,17 @@ void TMyShape::AddPointByMouse(TPoint point) {
 void TMyShape::copyProperties(const TMyShape* s) {
     m_angle = s->m_angle;
     m_brush.Assign(s->m_brush);
-    m_caption = s->m_caption;
     m_captionShow = s->m_captionShow;
     m_colorBegin = s->m_colorBegin;
     m_colorEnd = s->m_colorEnd;
     m_dragEnable = s->m_dragEnable;
-    m_font.Assign(s->m_font);
+    if (s->m_font) {
+        Font()->Assign(*s->m_font);
+    } else {
+        // Both share the same snapshot; a font of our own is no longer needed.
+        m_font.reset();
+        m_sharedFont = s->m_sharedFont;
+    }
     m_gradientStyle = s->m_gradientStyle;
     m_hotShow = s->m_hotShow;
     m_info = s->m_info;
@@ -132,7 +205,6 @@ void TMyShape::copyProperties(const TMyShape* s) {
     m_logHeight = s->m_logHeight;
     m_logUse = s->m_logUse;
     m_logWidth = s->m_logWidth;
-    m_multiInfo.Assign(s->m_multiInfo);
     m_multiInfoAlignment = s->m_multiInfoAlignment;
     m_pen.Assign(s->m_pen);
     m_penStyleJoinType = s->m_penStyleJoinType;
@@ -140,9 +212,23 @@ void TMyShape::copyProperties(const TMyShape* s) {
     m_resizeEnable = s->m_resizeEnable;
     m_rotateEnable = s->m_rotateEnable;
     SetTag(s->Tag());
-    m_userData.Assign(s->m_userData);
     m_visible = s->m_visible;
-    m_workBitmap.Assign(s->m_workBitmap);
+    // The relations are the caller's (Assign copies them, AssignWithoutRelation does not).
+    if (s->m_extras) {
+        Extras& e = extras();
+        e.caption = s->m_extras->caption;
+        e.multiInfo.Assign(s->m_extras->multiInfo);
+        e.userData.Assign(s->m_extras->userData);
+        if (s->m_extras->workBitmap)
+            WorkBitmap()->Assign(*s->m_extras->workBitmap);
+        else
+            e.workBitmap.reset();
+    } else if (m_extras) {
+        m_extras->caption.clear();
+        m_extras->multiInfo.Clear();
+        m_extras->userData.ClearAll();
+        m_extras->workBitmap.reset();
+    }
     m_centerPoint = s->m_centerPoint;
     m_layerId = s->m_layerId;
     m_textPoint = s->m_textPoint;
@@ -154,8 +240,8 @@ void TMyShape::Assign(const TMyShape* source) {
     if (!source || source == this) return;
     copyProperties(source);
     m_parentShapeNo = source->m_parentShapeNo;
-    m_childShapeNos = source->m_childShapeNos;
-    m_linkShapeNos = source->m_linkShapeNos;
+    SetChildShapeNos(source->ChildShapeNos());
+    SetLinkShapeNos(source->LinkShapeNos());
     changed();
 }
 
@@ -335,16 +421,16 @@ TRect TMyShape::GetPaintBoundsInZoom() {
     if (!any) return TRect{};
     // Pen, hot marks and link crosses reach a few pixels beyond the points.
     const int margin = std::max(m_pen.Width(), 1) + hotSize() + 3;
-    TRect box{int(std::floor(l)) - margin, int(std::floor(t)) - margin, int(std::ceil(r)) + margin + 1,
-              int(std::ceil(b)) + margin + 1};
-    if (m_captionShow && (!m_info.isEmpty() || m_multiInfo.Count() > 0)) {
+    TRect box{shape_detail::pixelFloor(l) - margin, shape_detail::pixelFloor(t) - margin, shape_detail::pixelCeil(r) + margin + 1, shape_detail::pixelCeil(b) + margin + 1};
+    if (m_captionShow && (!m_info.isEmpty() || MultiInfoCount() > 0)) {
         // The caption hangs below the text point and turns with the shape:
         // take a circle around the text point that holds every line.
-        const QFontMetrics metrics(m_font.ToQFont(std::max(1, Round(m_font.Size() * zoom))));
+        const TFont& font = FontRef();
+        const QFontMetrics metrics(font.ToQFont(std::max(1, Round(font.Size() * zoom))));
         int width = metrics.horizontalAdvance(m_info);
-        for (const QString& line : m_multiInfo.Lines()) width = std::max(width, metrics.horizontalAdvance(line));
+        for (const QString& line : multiInfoLines()) width = std::max(width, metrics.horizontalAdvance(line));
         if (m_logUse) width = std::max(width, Round(m_logWidth * zoom));
-        const int lines = (m_info.isEmpty() ? 0 : 1) + m_multiInfo.Count();
+        const int lines = (m_info.isEmpty() ? 0 : 1) + MultiInfoCount();
         const int height = lines * std::max(metrics.height(), m_logUse ? Round(m_logHeight * zoom) : 0);
         const int radius = int(std::ceil(std::hypot(width / 2.0 + 2, height + 2))) + 2;
         const TPoint tp = MyPtToPt(ZoomedValuePt(m_textPoint));
@@ -356,23 +442,47 @@ TRect TMyShape::GetPaintBoundsInZoom() {
     return box;
 }
 
+TRect TMyShape::GetHitBoundsInZoom() {
+    const double zoom = Zoom();
+    bool any = false;
+    double l = 0, t = 0, r = 0, b = 0;
+    auto grow = [&](TMyPoint p) {
+        const double x = p.x * zoom, y = p.y * zoom;
+        if (!any) {
+            l = r = x;
+            t = b = y;
+            any = true;
+        }
+        l = std::min(l, x);
+        r = std::max(r, x);
+        t = std::min(t, y);
+        b = std::max(b, y);
+    };
+    for (const TMyPoint& p : m_points) grow(p);
+    for (const TMyPoint& p : m_linkPoints) grow(p);
+    if (!any) return TRect{};
+    // The segment band reaches 8 pixels, plus one for rounding to pixels.
+    constexpr int band = 9;
+    return TRect{shape_detail::pixelFloor(l) - band, shape_detail::pixelFloor(t) - band, shape_detail::pixelCeil(r) + band + 1, shape_detail::pixelCeil(b) + band + 1};
+}
+
 // ---- Drawing helpers --------------------------------------------------------------------
 
 void TMyShape::MyLogTextOut(TCanvas* canvas, int x, int y, const QString& text) {
-    faroven::MyLogTextOut(canvas, x, y, text, &m_font, m_angle, Zoom());
+    faroven::MyLogTextOut(canvas, x, y, text, &FontRef(), m_angle, Zoom());
 }
 
 TSize TMyShape::GetTextWidthHeight(TCanvas* canvas, const QString& text) {
     if (m_logUse) return TSize{Round(m_logWidth * Zoom()), Round(m_logHeight * Zoom())};
-    return faroven::GetTextWidthHeight(canvas, text, &m_font, m_angle, Zoom());
+    return faroven::GetTextWidthHeight(canvas, text, &FontRef(), m_angle, Zoom());
 }
 
 void TMyShape::DrawInfo(TCanvas* canvas) {
     if (!m_captionShow) return;
+    if (m_info.isEmpty() && MultiInfoCount() == 0) return;
     QStringList lines;
     if (!m_info.isEmpty()) lines << m_info;
-    lines << m_multiInfo.Lines();
-    if (lines.isEmpty()) return;
+    lines << multiInfoLines();
     std::vector<TSize> sizes;
     int widest = 0;
     for (const QString& line : lines) {
@@ -419,11 +529,26 @@ TPenCap penCapOf(TPenStyleEndCapType t) {
 }
 }  // namespace
 
+void TMyShape::SetPS(TCanvas* canvas) {
+    // Join and end-cap kinds matter only for pens wider than one pixel.
+    if (m_pen.Width() > 1 && IsWinNT()) canvas->SetPenGeometry(penJoinOf(m_penStyleJoinType), penCapOf(m_penStyleEndCapType));
+}
+
 void TMyShape::PowerDrawShape(TCanvas* canvas, const TArrPoint& outline, bool closed) {
     if (outline.empty()) return;
     SetDrawShapeMode(this, canvas);
-    // Join and end-cap kinds matter only for pens wider than one pixel.
-    if (m_pen.Width() > 1 && IsWinNT()) canvas->SetPenGeometry(penJoinOf(m_penStyleJoinType), penCapOf(m_penStyleEndCapType));
+    // An upright rectangle painted into the canvas's own buffer is written
+    // straight into its pixels, exactly as Polygon would set them.
+    if (closed) {
+        TRect corners;
+        shape_detail::PixelTarget target;
+        if (shape_detail::axisAlignedRect(outline, corners) && corners.Width() >= 2 && corners.Height() >= 2 &&
+            shape_detail::directTarget(this, canvas, target)) {
+            shape_detail::writeRectangle(target, corners);
+            return;
+        }
+    }
+    SetPS(canvas);
     if (!closed) {
         canvas->Polyline(outline);
     } else if (m_gradientStyle != gsNone) {
@@ -466,6 +591,13 @@ TMyPoint TMyShape::ComputeCenterPoint() const {
     return TMyPoint{(r.left + r.right) / 2, (r.top + r.bottom) / 2};
 }
 
+TMyPoint TMyShape::ComputeCenterPoint(int count) const {
+    if (count <= 0 || m_points.empty()) return m_centerPoint;
+    const size_t n = std::min(m_points.size(), size_t(count));
+    const TMyRect r = GetPointsLTRB(TArrMyPoint(m_points.begin(), m_points.begin() + long(n)));
+    return TMyPoint{(r.left + r.right) / 2, (r.top + r.bottom) / 2};
+}
+
 // ---- Shape-level point helpers ------------------------------------------------------------
 
 void OffsetAllPoints(TMyShape* shape, double dx, double dy) {
@@ -500,14 +632,16 @@ void RemoveLinklineShape(TMyShape* shape, uint32_t no) {
 
 void TMyShape::remapShapeNos(const std::vector<int>& oldToNew) {
     m_parentShapeNo = MapShapeNo(oldToNew, m_parentShapeNo);
+    if (!m_extras) return;
     std::vector<int32_t> children;
-    for (int32_t no : m_childShapeNos)
+    for (int32_t no : m_extras->childShapeNos)
         if (const int mapped = MapShapeNo(oldToNew, no); mapped >= 0) children.push_back(mapped);
-    m_childShapeNos.swap(children);
+    m_extras->childShapeNos.swap(children);
     TMyShapeNo links;
-    for (uint32_t no : m_linkShapeNos)
+    for (uint32_t no : m_extras->linkShapeNos)
         if (const int mapped = MapShapeNo(oldToNew, no); mapped >= 0) links.push_back(uint32_t(mapped));
-    m_linkShapeNos.swap(links);
+    m_extras->linkShapeNos.swap(links);
+    changed();
 }
 
 }  // namespace faroven

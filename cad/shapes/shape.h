@@ -9,6 +9,14 @@
 // Ownership: the canvas owns its shapes; a shape owns its pen, brush, font,
 // caption lines, user data and work bitmap, and refers to its canvas and to
 // other shapes (by number, the index in the canvas's MyShapes) without owning them.
+//
+// Memory: drawings hold tens of thousands of shapes, so the parts that most
+// shapes never use are created on first access: the caption, the multi-line
+// caption, the user data, the work bitmap and the lists of children and
+// attached link lines live in a side record, and the
+// font is shared with the canvas (an immutable snapshot of the canvas's font
+// when the shape was created) until Font() is asked for a changeable one. The
+// accessors behave as if every part had been created with the shape.
 #pragma once
 
 #include "cad/enums.h"
@@ -65,8 +73,8 @@ public:
     void SetAngle(float v) { m_angle = v; changed(); }
     TBrush* Brush() { return &m_brush; }
     void SetBrush(const TBrush& v) { m_brush.Assign(v); }
-    QString Caption() const { return m_caption; }
-    void SetCaption(const QString& v) { m_caption = v; changed(); }
+    QString Caption() const { return m_extras ? m_extras->caption : QString(); }
+    void SetCaption(const QString& v) { extras().caption = v; changed(); }
     bool CaptionShow() const { return m_captionShow; }
     void SetCaptionShow(bool v) { m_captionShow = v; changed(); }
     TColor ColorBegin() const { return m_colorBegin; }
@@ -75,8 +83,11 @@ public:
     void SetColorEnd(TColor v) { m_colorEnd = v; changed(); }
     bool DragEnable() const { return m_dragEnable; }
     void SetDragEnable(bool v) { m_dragEnable = v; }
-    TFont* Font() { return &m_font; }
-    void SetFont(const TFont& v) { m_font.Assign(v); }
+    // The shape's own, changeable font (created from the shared one on first use).
+    TFont* Font();
+    void SetFont(const TFont& v) { Font()->Assign(v); }
+    // The font as it stands, without making the shape a copy of its own.
+    const TFont& FontRef() const { return m_font ? *m_font : *m_sharedFont; }
     TGradientStyle GradientStyle() const { return m_gradientStyle; }
     void SetGradientStyle(TGradientStyle v) { m_gradientStyle = v; changed(); }
     bool HotShow() const { return m_hotShow; }
@@ -95,8 +106,10 @@ public:
     void SetLogUse(bool v) { m_logUse = v; changed(); }
     int LogWidth() const { return m_logWidth; }
     void SetLogWidth(int v) { m_logWidth = v; changed(); }
-    TStrings* MultiInfo() { return &m_multiInfo; }
-    void SetMultiInfo(const TStrings& v) { m_multiInfo.Assign(v); }
+    TStrings* MultiInfo() { return &extras().multiInfo; }
+    void SetMultiInfo(const TStrings& v) { extras().multiInfo.Assign(v); }
+    // Lines of the multi-line caption (0 without creating the list).
+    int MultiInfoCount() const { return m_extras ? m_extras->multiInfo.Count() : 0; }
     TAlignment MultiInfoAlignment() const { return m_multiInfoAlignment; }
     void SetMultiInfoAlignment(TAlignment v) { m_multiInfoAlignment = v; changed(); }
     TPen* Pen() { return &m_pen; }
@@ -109,8 +122,8 @@ public:
     void SetResizeEnable(bool v) { m_resizeEnable = v; }
     bool RotateEnable() const { return m_rotateEnable; }
     void SetRotateEnable(bool v) { m_rotateEnable = v; }
-    TUserData* UserData() { return &m_userData; }
-    void SetUserData(const TUserData& v) { m_userData.Assign(v); }
+    TUserData* UserData() { return &extras().userData; }
+    void SetUserData(const TUserData& v) { extras().userData.Assign(v); }
     bool Visible() const { return m_visible; }
     void SetVisible(bool v) { m_visible = v; changed(); }
     // Raised by the canvas when the shape is picked; the sender is the canvas.
@@ -119,18 +132,30 @@ public:
     // ---- Stored state that is not published -------------------------------------
     TMyCAD* Canvas() const { return m_canvas; }
     int ShapeNo() const { return m_shapeNo; }
-    void SetShapeNo(int v) { m_shapeNo = v; }
+    // Numbers and the parent reference count as changes: the canvas's index
+    // keeps each shape's place in the list and whether it is a root.
+    void SetShapeNo(int v) {
+        if (v == m_shapeNo) return;
+        m_shapeNo = v;
+        changed();
+    }
     int GetShapeId() const { return m_shapeId; }
     int ShapeId() const { return m_shapeId; }
     void SetShapeId(int v) { m_shapeId = v; }
     int ParentShapeNo() const { return m_parentShapeNo; }
-    void SetParentShapeNo(int v) { m_parentShapeNo = v; }
-    std::vector<int32_t>& ChildShapeNos() { return m_childShapeNos; }
-    const std::vector<int32_t>& ChildShapeNos() const { return m_childShapeNos; }
-    void SetChildShapeNos(const std::vector<int32_t>& v) { m_childShapeNos = v; }
-    TMyShapeNo& LinkShapeNos() { return m_linkShapeNos; }
-    const TMyShapeNo& LinkShapeNos() const { return m_linkShapeNos; }
-    void SetLinkShapeNos(const TMyShapeNo& v) { m_linkShapeNos = v; }
+    void SetParentShapeNo(int v) {
+        if (v == m_parentShapeNo) return;
+        m_parentShapeNo = v;
+        changed();
+    }
+    // The child and link-line lists live in the side record: reading them
+    // through a const shape creates nothing.
+    std::vector<int32_t>& ChildShapeNos() { return extras().childShapeNos; }
+    const std::vector<int32_t>& ChildShapeNos() const;
+    void SetChildShapeNos(const std::vector<int32_t>& v);
+    TMyShapeNo& LinkShapeNos() { return extras().linkShapeNos; }
+    const TMyShapeNo& LinkShapeNos() const;
+    void SetLinkShapeNos(const TMyShapeNo& v);
     int LayerId() const { return m_layerId; }
     void SetLayerId(int v) { m_layerId = v; }
     int HotIndex() const { return m_hotIndex; }
@@ -139,14 +164,15 @@ public:
     void SetTextPoint(TMyPoint v) { m_textPoint = v; changed(); }
     TMyPoint CenterPoint() const { return m_centerPoint; }
     void SetCenterPoint(TMyPoint v) { m_centerPoint = v; }
-    // Mutable access counts as a change for caches that compare Revision().
-    TArrMyPoint& Points() { ++m_revision; return m_points; }
+    // Mutable access counts as a change: the revision is bumped and the canvas
+    // told, so that its caches (bounding boxes, spatial index) look again.
+    TArrMyPoint& Points() { changed(); return m_points; }
     const TArrMyPoint& Points() const { return m_points; }
     void SetPoints(const TArrMyPoint& v) { m_points = v; changed(); }
-    TArrMyPoint& LinkPoints() { ++m_revision; return m_linkPoints; }
+    TArrMyPoint& LinkPoints() { changed(); return m_linkPoints; }
     const TArrMyPoint& LinkPoints() const { return m_linkPoints; }
     void SetLinkPoints(const TArrMyPoint& v) { m_linkPoints = v; changed(); }
-    TBitmap* WorkBitmap() { return &m_workBitmap; }
+    TBitmap* WorkBitmap();
 
     // ---- Virtual operations -------------------------------------------------------
     // Converts two pixel points to a drawing-unit offset and calls DragChangeValuedxdy.
@@ -165,6 +191,9 @@ public:
     virtual void Drawing(TCanvas* canvas, TPoint from, TPoint to);
     // A length of the shape in the canvas's unit; the base has no length (0).
     virtual double GetLengthByUnit();
+    // The distance between two zoomed points, in the canvas's unit (TheUNIT,
+    // Ratio): the pixels are first brought back to zoom 1.
+    double GetLengthByUnit(TMyPoint zoomed1, TMyPoint zoomed2) const;
     // Cursor for the mouse at a pixel point; the base gives the cross-hair.
     virtual TCursor GetMouseCursor(int x, int y);
     // Whether the mouse has finished drawing the shape; the base needs two points.
@@ -246,11 +275,16 @@ public:
     // The pixels that Draw may touch at the current zoom: the points, link points
     // and caption, grown by the pen. Painting and picking use it to skip shapes.
     virtual TRect GetPaintBoundsInZoom();
+    // The pixels where IsClickedMe may answer true at the current zoom. The
+    // canvas looks only at shapes whose box holds the mouse, so an override of
+    // IsClickedMe that reaches further must widen this box. The base covers the
+    // points and link points and the 8-pixel band of line segments around them.
+    virtual TRect GetHitBoundsInZoom();
 
     // ---- Relations ----------------------------------------------------------------
     bool HasParentShape() const { return m_parentShapeNo > -1; }
-    bool HasChildShapes() const { return !m_childShapeNos.empty(); }
-    bool HasLinkShapes() const { return !m_linkShapeNos.empty(); }
+    bool HasChildShapes() const { return m_extras && !m_extras->childShapeNos.empty(); }
+    bool HasLinkShapes() const { return m_extras && !m_extras->linkShapeNos.empty(); }
     // Rewrites every shape number the shape holds after the canvas reordered or
     // shortened MyShapes: oldToNew[n] is the new number of the shape that had
     // number n, -1 when it was removed. The base maps ParentShapeNo (-1 when the
@@ -280,6 +314,9 @@ public:
     void SizeChangeValueByScale(double scaleX, double scaleY, TMyPoint origin);
     // The centre of the points' bounding box.
     TMyPoint ComputeCenterPoint() const;
+    // The centre of the bounding box of the first count points (all when
+    // fewer); the stored centre when there are none.
+    TMyPoint ComputeCenterPoint(int count) const;
     // Text output through the shape's font, angle and the canvas's zoom; with
     // LogUse the text box is LogWidth x LogHeight instead of the measured one.
     void MyLogTextOut(TCanvas* canvas, int x, int y, const QString& text);
@@ -303,22 +340,37 @@ protected:
     bool inHotSquare(TMyPoint zoomed, TPoint point) const;
     // The points converted to pixels at the current zoom.
     TArrPoint pointsInZoom() const;
+    // The pen set-up shared by the drawings: join and end-cap kinds for pens
+    // wider than one pixel. Callers reset the canvas's pen geometry afterwards.
+    void SetPS(TCanvas* canvas);
 
 
 private:
-    QStringList multiInfoLines() const { return m_multiInfo.Lines(); }
-    void setMultiInfoLines(const QStringList& v) { m_multiInfo.SetLines(v); }
+    friend class TShapeIndex;  // keeps the spatial-index bookkeeping below
+
+    // The parts that most shapes never use, created on first access.
+    struct Extras {
+        QString caption;
+        TStrings multiInfo;
+        TUserData userData;
+        std::unique_ptr<TBitmap> workBitmap;
+        std::vector<int32_t> childShapeNos;
+        TMyShapeNo linkShapeNos;
+    };
+    Extras& extras();
+    QStringList multiInfoLines() const { return m_extras ? m_extras->multiInfo.Lines() : QStringList(); }
+    void setMultiInfoLines(const QStringList& v) { extras().multiInfo.SetLines(v); }
     void copyProperties(const TMyShape* source);
 
     TMyCAD* m_canvas = nullptr;
     float m_angle = 0;
     TBrush m_brush;
-    QString m_caption;
     bool m_captionShow = true;
     TColor m_colorBegin = clWhite;
     TColor m_colorEnd = clBlack;
     bool m_dragEnable = true;
-    TFont m_font;
+    std::unique_ptr<TFont> m_font;               // the shape's own font, once asked for
+    std::shared_ptr<const TFont> m_sharedFont;   // the shared font until then
     TGradientStyle m_gradientStyle = gsNone;
     bool m_hotShow = true;
     QString m_info;
@@ -328,19 +380,15 @@ private:
     int m_logHeight = 10;
     bool m_logUse = false;
     int m_logWidth = 10;
-    TStrings m_multiInfo;
     TAlignment m_multiInfoAlignment = taCenter;
     TPen m_pen;
     TPenStyleJoinType m_penStyleJoinType = psjtROUND;
     TPenStyleEndCapType m_penStyleEndCapType = psectROUND;
     bool m_resizeEnable = true;
     bool m_rotateEnable = true;
-    TUserData m_userData;
     bool m_visible = true;
-    TBitmap m_workBitmap{0, 0, pf24bit};
+    std::unique_ptr<Extras> m_extras;
     TMyPoint m_centerPoint;
-    std::vector<int32_t> m_childShapeNos;
-    TMyShapeNo m_linkShapeNos;
     int m_layerId = 0;
     int m_parentShapeNo = -1;
     int m_hotIndex = -1;
@@ -350,6 +398,10 @@ private:
     TArrMyPoint m_points;
     TArrMyPoint m_linkPoints;
     uint64_t m_revision = 0;
+    // Canvas bookkeeping: the shape's slot in the canvas's spatial index and
+    // its place in the canvas's list of shapes to re-index (-1: none).
+    int32_t m_indexSlot = -1;
+    int32_t m_dirtyPos = -1;
 };
 
 // Shape-level point helpers used by the canvas and the families.
