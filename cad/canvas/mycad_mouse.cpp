@@ -10,10 +10,8 @@
 namespace faroven {
 
 namespace {
-// The hover frame keeps this many pixels off the shape's points, and a press
-// within the line hit band counts as being on a shape.
+// The hover frame keeps this many pixels off the shape's points.
 constexpr int kHoverMargin = 3;
-constexpr int kHitBand = 8;
 }  // namespace
 
 void TMyCAD::SetCrossLine(bool v) {
@@ -68,17 +66,8 @@ TRect TMyCAD::hoverFrame(TMyShape* shape) {
     return r;
 }
 
-TMyShape* TMyCAD::hoverShapeAt(TPoint p) {
-    for (size_t i = m_myShapes.size(); i-- > 0;) {
-        TMyShape* shape = m_myShapes[i];
-        if (!shape || shape->HasParentShape() || !IsShapePickable(shape)) continue;
-        TRect near = hoverFrame(shape);
-        InflateRect(near, kHitBand, kHitBand);
-        if (!PtInRect(near, p)) continue;
-        if (IsClickedMeforShape(Canvas(), shape, p)) return shape;
-    }
-    return nullptr;
-}
+// The shape a press here would pick, found through the spatial index.
+TMyShape* TMyCAD::hoverShapeAt(TPoint p) { return GetShapeAtPoint(p); }
 
 void TMyCAD::setHoverShape(TMyShape* shape) {
     if (shape == m_hoverShape) return;
