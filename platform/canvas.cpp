@@ -294,7 +294,19 @@ void TCanvas::Polygon(const TPoint* points, int count) {
     applyMode(p);
     applyPen(p);
     applyBrush(p);
-    p->drawPolygon(poly, Qt::OddEvenFill);
+    if (!penVisible() || p->pen().widthF() > 1 || p->pen().capStyle() != Qt::FlatCap) {
+        p->drawPolygon(poly, Qt::OddEvenFill);
+        return;
+    }
+    // A thin outline edge by edge, each without its end, which is the next
+    // edge's start: every vertex is drawn exactly once (Qt's own outline can
+    // miss a vertex where both edges end on it).
+    if (brushVisible()) {
+        applyNoPen(p);
+        p->drawPolygon(poly, Qt::OddEvenFill);
+        applyPen(p);
+    }
+    for (int i = 0; i < count; ++i) drawLineWithoutEnd(p, points[i], points[(i + 1) % count]);
 }
 
 void TCanvas::Polyline(const TPoint* points, int count) {

@@ -122,6 +122,19 @@ TEST_P(DrawingConventions, PolygonFillsWithTheAlternateRule) {
     EXPECT_EQ(PixelAt(*bmp, 15, 8), clWhite);
 }
 
+TEST_P(DrawingConventions, PolygonOutlineDrawsEveryVertexOnce) {
+    auto bmp = whiteBitmap(100, 70, GetParam());
+    const TArrPoint tri = {{10, 10}, {90, 10}, {90, 60}};
+    bmp->Canvas()->Polygon(tri);
+    for (const TPoint& v : tri) EXPECT_EQ(PixelAt(*bmp, v.x, v.y), clBlack) << v.x << "," << v.y;
+    // In exclusive-or mode a vertex drawn twice would vanish.
+    auto xored = whiteBitmap(100, 70, GetParam());
+    xored->Canvas()->Pen()->SetMode(pmXor);
+    xored->Canvas()->Pen()->SetColor(clWhite);
+    xored->Canvas()->Polygon(tri);
+    for (const TPoint& v : tri) EXPECT_EQ(PixelAt(*xored, v.x, v.y), clBlack) << v.x << "," << v.y;
+}
+
 TEST_P(DrawingConventions, ExclusiveOrDrawnTwiceRestoresTheImage) {
     auto bmp = whiteBitmap(40, 40, GetParam());
     TCanvas* c = bmp->Canvas();
