@@ -53,6 +53,11 @@ using TWholeDragOperation = std::function<void()>;
 // ---- Units ----------------------------------------------------------------------------------------
 // "px", "mm", "cm", "dm", "m" or "in".
 QString UnitAbbreviation(TUnits unit);
+// A length in pixels at zoom 1 in a unit, through the screen's resolution,
+// divided by ratio (a ratio that is zero, negative or not a number counts as 1).
+double PixelsToUnit(double pixels, TUnits unit, double ratio);
+// The inverse of PixelsToUnit.
+double UnitToPixels(double value, TUnits unit, double ratio);
 
 class TMyCAD : public TGraphicControl {
     Q_OBJECT

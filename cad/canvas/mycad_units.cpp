@@ -31,15 +31,19 @@ double usableRatio(double ratio) { return ratio > 0 && std::isfinite(ratio) ? ra
 
 }  // namespace
 
-double TMyCAD::PixelsToUnit(double pixels) const {
-    const double paper = m_theUnit == pixel ? pixels : pixels / ScreenPixelsPerInch() * unitsPerInch(m_theUnit);
-    return paper / usableRatio(m_ratio);
+double PixelsToUnit(double pixels, TUnits unit, double ratio) {
+    const double paper = unit == pixel ? pixels : pixels / ScreenPixelsPerInch() * unitsPerInch(unit);
+    return paper / usableRatio(ratio);
 }
 
-double TMyCAD::UnitToPixels(double value) const {
-    const double paper = value * usableRatio(m_ratio);
-    return m_theUnit == pixel ? paper : paper / unitsPerInch(m_theUnit) * ScreenPixelsPerInch();
+double UnitToPixels(double value, TUnits unit, double ratio) {
+    const double paper = value * usableRatio(ratio);
+    return unit == pixel ? paper : paper / unitsPerInch(unit) * ScreenPixelsPerInch();
 }
+
+double TMyCAD::PixelsToUnit(double pixels) const { return faroven::PixelsToUnit(pixels, m_theUnit, m_ratio); }
+
+double TMyCAD::UnitToPixels(double value) const { return faroven::UnitToPixels(value, m_theUnit, m_ratio); }
 
 QString UnitAbbreviation(TUnits unit) {
     switch (unit) {

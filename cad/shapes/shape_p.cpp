@@ -3,6 +3,7 @@
 #include "cad/canvas/mycad.h"
 #include "platform/bitmap.h"
 #include "platform/canvas.h"
+#include "platform/convert.h"
 #include "platform/system.h"
 
 #include <QHash>
@@ -21,21 +22,6 @@ namespace {
 
 bool g_directPainting = true;
 
-double unitsPerPixel(TUnits unit) {
-    const double ppi = std::max(1, ScreenPixelsPerInch());
-    switch (unit) {
-    case pixel: return 1.0;
-    case mm: return 25.4 / ppi;
-    case cm: return 2.54 / ppi;
-    case dm: return 0.254 / ppi;
-    case m: return 0.0254 / ppi;
-    case inch: return 1.0 / ppi;
-    }
-    return 1.0;
-}
-
-double usableRatio(double ratio) { return ratio > 0 && std::isfinite(ratio) ? ratio : 1.0; }
-
 }  // namespace
 
 bool axisAlignedRect(const TArrPoint& o, TRect& r) {
@@ -48,30 +34,19 @@ bool axisAlignedRect(const TArrPoint& o, TRect& r) {
     return true;
 }
 
-double pixelsToUnit(double pixels, TUnits unit, double ratio) { return pixels * unitsPerPixel(unit) / usableRatio(ratio); }
+double pixelsToUnit(double pixels, TUnits unit, double ratio) { return PixelsToUnit(pixels, unit, ratio); }
 
 double squarePixelsToUnit(double squarePixels, TUnits unit, double ratio) {
-    const double k = unitsPerPixel(unit) / usableRatio(ratio);
+    // A unit length squared, so the ratio applies twice as it should.
+    const double k = PixelsToUnit(1.0, unit, ratio);
     return squarePixels * k * k;
 }
 
-QString unitSuffix(TUnits unit) {
-    switch (unit) {
-    case pixel: return QStringLiteral("px");
-    case mm: return QStringLiteral("mm");
-    case cm: return QStringLiteral("cm");
-    case dm: return QStringLiteral("dm");
-    case m: return QStringLiteral("m");
-    case inch: return QStringLiteral("in");
-    }
-    return QString();
-}
-
 QString formatLength(double value, TUnits unit) {
-    return QString::number(value, 'f', 2) + QLatin1Char(' ') + unitSuffix(unit);
+    return FormatFloatFixed(value, 2) + QLatin1Char(' ') + UnitAbbreviation(unit);
 }
 
-QString formatDegrees(double degrees) { return QString::number(degrees, 'f', 1) + QChar(0x00B0); }
+QString formatDegrees(double degrees) { return FormatFloatFixed(degrees, 1) + QChar(0x00B0); }
 
 QString shapeKind(const QObject* shape) {
     QString name = QString::fromLatin1(shape->metaObject()->className());

@@ -22,18 +22,11 @@ class TMyShape;
 // Kept private to the shapes: the canvas has its own unit functions.
 namespace shape_detail {
 
-// Pixels at zoom 1 to a TUnits value, through the screen's resolution:
-// mm = px * 25.4 / ppi, cm = mm / 10, dm = mm / 100, m = mm / 1000,
-// inch = px / ppi, pixel = px; the result is divided by ratio (drawing units
-// per unit of the drawing's scale). A ratio that is zero, negative or not a
-// number counts as 1, so that a bad setting never yields infinities.
+// Pixels at zoom 1 to a TUnits value: the canvas's conversion (PixelsToUnit).
 double pixelsToUnit(double pixels, TUnits unit, double ratio);
 
 // Square pixels at zoom 1 to square units of the same conversion.
 double squarePixelsToUnit(double squarePixels, TUnits unit, double ratio);
-
-// The short name of a unit as shown after a number: "px", "mm", "cm", "dm", "m", "in".
-QString unitSuffix(TUnits unit);
 
 // A measure with two decimals, the process-wide decimal separator and the unit:
 // "12.70 mm".
