@@ -156,10 +156,7 @@ void TMyLine::Sizing(TCanvas* canvas, TPoint from, TPoint to) {
 }
 
 void TMyLine::Rotating(TCanvas* canvas, TPoint from, TPoint to) {
-    const float angle = float(GetRotatedAngle(from, to));
-    const TMyPoint c = GetCenterPointInZoom();
-    TArrPoint pts;
-    for (int i = 0; i < GetPointsCount(); ++i) pts.push_back(MyPtToPt(RotateAPoint(GetPointInZoom(i), c, angle)));
+    const TArrPoint pts = rotatedPointsInZoom(from, to);
     SetDragResizeRotateShapeMode(canvas);
     drawSegments(canvas, pts);
 }

@@ -118,10 +118,7 @@ void TMyPolygon::Draging(TCanvas* canvas, TPoint from, TPoint to) {
 }
 
 void TMyPolygon::Rotating(TCanvas* canvas, TPoint from, TPoint to) {
-    const float angle = float(GetRotatedAngle(from, to));
-    const TMyPoint c = GetCenterPointInZoom();
-    TArrPoint pts;
-    for (int i = 0; i < GetPointsCount(); ++i) pts.push_back(MyPtToPt(RotateAPoint(GetPointInZoom(i), c, angle)));
+    const TArrPoint pts = rotatedPointsInZoom(from, to);
     SetDragResizeRotateShapeMode(canvas);
     drawClosed(canvas, pts);
 }

@@ -162,13 +162,18 @@ void TMyShape::RotateChangeValueByAngle(double angle) {
     changed();
 }
 
+TArrPoint TMyShape::rotatedPointsInZoom(TPoint from, TPoint to) {
+    const float angle = float(GetRotatedAngle(from, to));
+    const TMyPoint c = GetCenterPointInZoom();
+    TArrPoint out;
+    out.reserve(m_points.size());
+    for (int i = 0; i < GetPointsCount(); ++i) out.push_back(MyPtToPt(RotateAPoint(GetPointInZoom(i), c, angle)));
+    return out;
+}
+
 void TMyShape::Rotating(TCanvas* canvas, TPoint from, TPoint to) {
     if (m_points.size() < 2) return;
-    const double angle = GetRotatedAngle(from, to);
-    const TMyPoint c = GetCenterPointInZoom();
-    TArrPoint outline;
-    outline.reserve(m_points.size());
-    for (int i = 0; i < GetPointsCount(); ++i) outline.push_back(MyPtToPt(RotateAPoint(GetPointInZoom(i), c, float(angle))));
+    const TArrPoint outline = rotatedPointsInZoom(from, to);
     SetDragResizeRotateShapeMode(canvas);
     canvas->Polygon(outline);
 }
@@ -400,7 +405,7 @@ float TMyShape::GetMyHeight() const { const TMyRect r = GetBounds(); return r.bo
 int TMyShape::GetWidth() const { return Round(GetMyWidth() * Zoom()); }
 int TMyShape::GetHeight() const { return Round(GetMyHeight() * Zoom()); }
 
-TRect TMyShape::GetPaintBoundsInZoom() {
+TRect TMyShape::zoomedPointBox(int margin) const {
     const double zoom = Zoom();
     bool any = false;
     double l = 0, t = 0, r = 0, b = 0;
@@ -419,9 +424,15 @@ TRect TMyShape::GetPaintBoundsInZoom() {
     for (const TMyPoint& p : m_points) grow(p);
     for (const TMyPoint& p : m_linkPoints) grow(p);
     if (!any) return TRect{};
+    return TRect{shape_detail::pixelFloor(l) - margin, shape_detail::pixelFloor(t) - margin,
+                 shape_detail::pixelCeil(r) + margin + 1, shape_detail::pixelCeil(b) + margin + 1};
+}
+
+TRect TMyShape::GetPaintBoundsInZoom() {
     // Pen, hot marks and link crosses reach a few pixels beyond the points.
-    const int margin = std::max(m_pen.Width(), 1) + hotSize() + 3;
-    TRect box{shape_detail::pixelFloor(l) - margin, shape_detail::pixelFloor(t) - margin, shape_detail::pixelCeil(r) + margin + 1, shape_detail::pixelCeil(b) + margin + 1};
+    TRect box = zoomedPointBox(std::max(m_pen.Width(), 1) + hotSize() + 3);
+    if (box == TRect{}) return box;
+    const double zoom = Zoom();
     if (m_captionShow && (!m_info.isEmpty() || MultiInfoCount() > 0)) {
         // The caption hangs below the text point and turns with the shape:
         // take a circle around the text point that holds every line.
@@ -443,27 +454,8 @@ TRect TMyShape::GetPaintBoundsInZoom() {
 }
 
 TRect TMyShape::GetHitBoundsInZoom() {
-    const double zoom = Zoom();
-    bool any = false;
-    double l = 0, t = 0, r = 0, b = 0;
-    auto grow = [&](TMyPoint p) {
-        const double x = p.x * zoom, y = p.y * zoom;
-        if (!any) {
-            l = r = x;
-            t = b = y;
-            any = true;
-        }
-        l = std::min(l, x);
-        r = std::max(r, x);
-        t = std::min(t, y);
-        b = std::max(b, y);
-    };
-    for (const TMyPoint& p : m_points) grow(p);
-    for (const TMyPoint& p : m_linkPoints) grow(p);
-    if (!any) return TRect{};
     // The segment band reaches 8 pixels, plus one for rounding to pixels.
-    constexpr int band = 9;
-    return TRect{shape_detail::pixelFloor(l) - band, shape_detail::pixelFloor(t) - band, shape_detail::pixelCeil(r) + band + 1, shape_detail::pixelCeil(b) + band + 1};
+    return zoomedPointBox(9);
 }
 
 // ---- Drawing helpers --------------------------------------------------------------------

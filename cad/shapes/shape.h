@@ -340,6 +340,12 @@ protected:
     bool inHotSquare(TMyPoint zoomed, TPoint point) const;
     // The points converted to pixels at the current zoom.
     TArrPoint pointsInZoom() const;
+    // The points in pixels turned about the zoomed centre by the angle that the
+    // mouse makes from `from` to `to` (rotation feedback).
+    TArrPoint rotatedPointsInZoom(TPoint from, TPoint to);
+    // The pixel box of the zoomed points and link points, grown by margin on
+    // every side (one more on the far sides); empty without points.
+    TRect zoomedPointBox(int margin) const;
     // The pen set-up shared by the drawings: join and end-cap kinds for pens
     // wider than one pixel. Callers reset the canvas's pen geometry afterwards.
     void SetPS(TCanvas* canvas);
