@@ -146,6 +146,19 @@ TEST_F(Registry, AddedShapesGetNumberIdAndDefaultName) {
     EXPECT_EQ(counted, -1) << "adding by code raises no mouse event";
 }
 
+TEST_F(Registry, IdsAndDefaultNamesAreNeverReusedAfterADeletion) {
+    AddBox(&cad, 0, 0, 1, 1);
+    auto middle = AddBox(&cad, 0, 0, 1, 1);
+    AddBox(&cad, 0, 0, 1, 1);
+    ASSERT_TRUE(cad.DeleteShapeById(middle->GetShapeId(), false));
+    auto next = AddBox(&cad, 0, 0, 1, 1);
+    EXPECT_EQ(next->Name(), "Shape3");
+    EXPECT_EQ(next->GetShapeId(), 3);
+    EXPECT_EQ(next->ShapeNo(), 2);
+    EXPECT_EQ(cad.GetShapeByID(1), nullptr) << "the deleted id stays a gap";
+    EXPECT_EQ(cad.GetShapeByNo(1)->Name(), "Shape2");
+}
+
 TEST_F(Registry, AddShapeFlags) {
     EXPECT_FALSE(cad.AddShape(nullptr));
     const int second = cad.NewLayer("Second", true);
