@@ -1,9 +1,12 @@
 #include "main_window.h"
 
-#include "demo_shapes.h"
 #include "layer_panel.h"
 #include "ruler_frame.h"
 #include "view_controls.h"
+
+#include "cad/shapes/line.h"
+#include "cad/shapes/polyline.h"
+#include "cad/shapes/rectangle.h"
 
 #include <QAction>
 #include <cmath>
