@@ -263,24 +263,6 @@ TEST(CanvasZoom, ControlSizeFollowsPageZoomAndResolution) {
     EXPECT_EQ(cad.Height(), 1403);
 }
 
-TEST(CanvasPage, StandardSizesNameTheirStyle) {
-    TMyCAD cad;
-    cad.SetPageWidth(297);
-    cad.SetPageHeight(420);
-    EXPECT_EQ(cad.PageStyle(), A3);
-    EXPECT_EQ(cad.Width(), 1123);
-    EXPECT_EQ(cad.Height(), 1587);
-    cad.SetPageWidth(300);
-    EXPECT_EQ(cad.PageStyle(), CustomerPage);
-    EXPECT_EQ(cad.Width(), 1123) << "a custom size leaves the control as it was";
-    cad.SetPageOrientation(poLandscape);
-    cad.SetPageStyle(A4);
-    EXPECT_EQ(cad.PageWidth(), 297u);
-    EXPECT_EQ(cad.PageHeight(), 210u);
-    EXPECT_EQ(cad.GetPageStyleByWH(297, 210), A4);
-    EXPECT_EQ(cad.GetPageStyleByWH(210, 297), CustomerPage);
-}
-
 TEST(CanvasTools, ToolsSetTheirActions) {
     TMyCAD cad;
     const std::pair<TDrawTool, TActionTools> table[] = {
