@@ -7,6 +7,7 @@
 #include "cad/geometry/geometry.h"
 #include "cad/shapes/polyline.h"
 #include "cad/shapes/rectangle.h"
+#include "support/shapes.h"
 #include "support/test_support.h"
 
 #include <QPainter>
@@ -36,17 +37,6 @@ TMyShape* scanPick(TMyCAD& cad, TPoint p) {
     return nullptr;
 }
 
-template <class T = TMyRectangle>
-T* addRect(TMyCAD& cad, float l, float t, float r, float b) {
-    auto s = new T(&cad);
-    s->AddPoint({l, t});
-    s->AddPoint({r, t});
-    s->AddPoint({r, b});
-    s->AddPoint({l, b});
-    s->Drawed({}, {});
-    cad.AddNewShape(s);
-    return s;
-}
 
 // Makes the shapes members of a new group drawn around them.
 TMyGroup* group(TMyCAD& cad, std::initializer_list<TMyShape*> members) {
@@ -55,7 +45,7 @@ TMyGroup* group(TMyCAD& cad, std::initializer_list<TMyShape*> members) {
         const TMyRect b = m->GetBounds();
         box = {std::min(box.left, b.left), std::min(box.top, b.top), std::max(box.right, b.right), std::max(box.bottom, b.bottom)};
     }
-    auto g = addRect<TMyGroup>(cad, box.left, box.top, box.right, box.bottom);
+    auto g = AddRect<TMyGroup>(cad, box.left, box.top, box.right, box.bottom);
     std::vector<int32_t> children;
     for (TMyShape* m : members) {
         m->SetParentShapeNo(g->ShapeNo());
@@ -72,8 +62,8 @@ protected:
 };
 
 TEST_F(Picking, TopMostShapeWins) {
-    auto below = addRect(cad, 10, 10, 100, 100);
-    auto above = addRect(cad, 50, 50, 150, 150);
+    auto below = AddRect(cad, 10, 10, 100, 100);
+    auto above = AddRect(cad, 50, 50, 150, 150);
     EXPECT_EQ(cad.GetShapeAtPoint({70, 70}), above);
     EXPECT_EQ(cad.GetShapeAtPoint({20, 20}), below);
     EXPECT_EQ(cad.GetShapeAtPoint({140, 20}), nullptr);
@@ -82,7 +72,7 @@ TEST_F(Picking, TopMostShapeWins) {
 }
 
 TEST_F(Picking, FollowsMovesTurnsAndZoom) {
-    auto r = addRect(cad, 10, 10, 50, 50);
+    auto r = AddRect(cad, 10, 10, 50, 50);
     EXPECT_EQ(cad.GetShapeAtPoint({30, 30}), r);
     r->DragChangeValuedxdy(200, 0);
     EXPECT_EQ(cad.GetShapeAtPoint({30, 30}), nullptr);
@@ -99,8 +89,8 @@ TEST_F(Picking, FollowsMovesTurnsAndZoom) {
 }
 
 TEST_F(Picking, ChildrenAreReachedThroughTheirRootOnly) {
-    auto a = addRect(cad, 10, 10, 40, 40);
-    auto b = addRect(cad, 300, 300, 340, 340);
+    auto a = AddRect(cad, 10, 10, 40, 40);
+    auto b = AddRect(cad, 300, 300, 340, 340);
     auto g = group(cad, {a, b});
     EXPECT_EQ(cad.GetShapeAtPoint({20, 20}), g);
     EXPECT_EQ(cad.GetShapeAtPoint({100, 100}), g) << "the group's rectangle is hit although it draws nothing";
@@ -111,10 +101,10 @@ TEST_F(Picking, ChildrenAreReachedThroughTheirRootOnly) {
 }
 
 TEST_F(Picking, LayersDecide) {
-    auto bottom = addRect(cad, 10, 10, 100, 100);
+    auto bottom = AddRect(cad, 10, 10, 100, 100);
     const int second = cad.NewLayer("Second", true);
     cad.SetCurrentLayerId(second);
-    auto top = addRect(cad, 10, 10, 100, 100);
+    auto top = AddRect(cad, 10, 10, 100, 100);
     EXPECT_EQ(cad.GetShapeAtPoint({50, 50}), top);
     cad.InVisibleLayerByID(second);
     EXPECT_EQ(cad.GetShapeAtPoint({50, 50}), bottom);
@@ -146,9 +136,9 @@ TEST_F(Picking, AgreesWithAPlainScanThroughRandomEdits) {
         const float kind = unit(rng);
         TMyShape* s = nullptr;
         if (kind < 0.3f) {
-            s = addRect(cad, x, y, x + w, y + h);
+            s = AddRect(cad, x, y, x + w, y + h);
         } else if (kind < 0.5f) {
-            s = addRect<TMyEllipse>(cad, x, y, x + w, y + h);
+            s = AddRect<TMyEllipse>(cad, x, y, x + w, y + h);
         } else if (kind < 0.75f) {
             auto l = new TMyLine(&cad);
             l->AddPoint({x, y});
@@ -219,11 +209,11 @@ TEST_F(Picking, AgreesWithAPlainScanThroughRandomEdits) {
 // ---- Painting through the index ----------------------------------------------------------------
 
 TEST_F(Picking, PaintingListsRootsReachedThroughTheirChildren) {
-    auto a = addRect(cad, 10, 10, 40, 40);
-    auto b = addRect(cad, 300, 300, 340, 340);
+    auto a = AddRect(cad, 10, 10, 40, 40);
+    auto b = AddRect(cad, 300, 300, 340, 340);
     auto g = group(cad, {a, b});
     a->DragChangeValuedxdy(400, 0);  // outside the group's rectangle now
-    auto other = addRect(cad, 600, 600, 640, 640);
+    auto other = AddRect(cad, 600, 600, 640, 640);
     QImage image(cad.Width(), cad.Height(), QImage::Format_RGB32);
     QPainter painter(&image);
     cad.PaintTo(&painter, TRect{405, 5, 450, 50});
@@ -237,7 +227,7 @@ TEST_F(Picking, PaintedShapesCoverEveryRootWithAPointInTheRectangle) {
     std::uniform_real_distribution<float> pos(0, 700), size(2, 150);
     for (int i = 0; i < 200; ++i) {
         const float x = pos(rng), y = pos(rng);
-        addRect(cad, x, y, x + size(rng), y + size(rng));
+        AddRect(cad, x, y, x + size(rng), y + size(rng));
     }
     QImage image(cad.Width(), cad.Height(), QImage::Format_RGB32);
     QPainter painter(&image);

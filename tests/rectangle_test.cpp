@@ -9,6 +9,7 @@
 #include "cad/shapes/rectangle.h"
 #include "cad/shapes/shape_p.h"
 #include "support/pixels.h"
+#include "support/shapes.h"
 #include "support/test_support.h"
 
 #include <QMetaProperty>
@@ -36,18 +37,6 @@ T* drawByMouse(TMyCAD& cad, TPoint a, TPoint b) {
     return s;
 }
 
-// A rectangle from drawing-unit corners, independent of the zoom.
-template <class T = TMyRectangle>
-T* addRect(TMyCAD& cad, float l, float t, float r, float b) {
-    auto s = new T(&cad);
-    s->AddPoint({l, t});
-    s->AddPoint({r, t});
-    s->AddPoint({r, b});
-    s->AddPoint({l, b});
-    s->Drawed({}, {});
-    cad.AddNewShape(s);
-    return s;
-}
 
 void expectNear(TMyPoint actual, TMyPoint expected, const char* what) {
     EXPECT_NEAR(actual.x, expected.x, 1e-3) << what;
@@ -99,7 +88,7 @@ TEST_P(RectangleAtZoom, DrawnFromBottomRightTheOrderFollowsThePresses) {
 }
 
 TEST_P(RectangleAtZoom, EveryHandleAnswersInsideItsSquareOnly) {
-    auto r = addRect(cad, 40, 40, 240, 140);
+    auto r = AddRect(cad, 40, 40, 240, 140);
     const int h = cad.HotSize();
     for (int i = 0; i < 8; ++i) {
         const TPoint c = MyPtToPt(r->ZoomedValuePt(r->GetPoint(i)));
@@ -115,7 +104,7 @@ TEST_P(RectangleAtZoom, EveryHandleAnswersInsideItsSquareOnly) {
 }
 
 TEST_P(RectangleAtZoom, HiddenSideHandlesStillAnswerAtTheOrigin) {
-    auto r = addRect(cad, 40, 40, 240, 140);
+    auto r = AddRect(cad, 40, 40, 240, 140);
     r->SetShowSideHot(false);
     EXPECT_EQ(r->InWhichHot({0, 0}), 7);
     EXPECT_EQ(r->InWhichHot({3, 3}), 7);
@@ -126,7 +115,7 @@ TEST_P(RectangleAtZoom, HiddenSideHandlesStillAnswerAtTheOrigin) {
 }
 
 TEST_P(RectangleAtZoom, ClicksCountInsideTheRegionOnly) {
-    auto r = addRect(cad, 20, 20, 60, 50);
+    auto r = AddRect(cad, 20, 20, 60, 50);
     const TPoint lt = MyPtToPt(r->GetPointInZoom(0)), rb = MyPtToPt(r->GetPointInZoom(2));
     EXPECT_TRUE(r->IsClickedMe(nullptr, lt)) << "the top-left corner pixel is in";
     EXPECT_TRUE(r->IsClickedMe(nullptr, {rb.x - 1, rb.y - 1}));
@@ -136,7 +125,7 @@ TEST_P(RectangleAtZoom, ClicksCountInsideTheRegionOnly) {
 }
 
 TEST_P(RectangleAtZoom, TurnedRectangleHitsAgreeWithItsPolygonRegion) {
-    auto r = addRect(cad, 30, 40, 130, 90);
+    auto r = AddRect(cad, 30, 40, 130, 90);
     r->RotateChangeValueByAngle(0.4);
     TArrPoint outline;
     for (int i = 0; i < 4; ++i) outline.push_back(MyPtToPt(r->GetPointInZoom(i)));
@@ -200,7 +189,7 @@ TEST_F(Rectangle, ClassIdentities) {
 }
 
 TEST_F(Rectangle, OverlappingHandlesReportTheHighestNumber) {
-    auto r = addRect(cad, 10, 10, 14, 14);
+    auto r = AddRect(cad, 10, 10, 14, 14);
     EXPECT_EQ(r->InWhichHot({12, 12}), 7);
     r->SetShowHorizontalSideHot(false);  // 5 and 7 move to the origin
     EXPECT_EQ(r->InWhichHot({12, 12}), 6);
@@ -209,7 +198,7 @@ TEST_F(Rectangle, OverlappingHandlesReportTheHighestNumber) {
 }
 
 TEST_F(Rectangle, WhileRotatingOnlyTheCornersAreHandles) {
-    auto r = addRect(cad, 40, 40, 240, 140);
+    auto r = AddRect(cad, 40, 40, 240, 140);
     const TPoint side = MyPtToPt(r->GetPoint(5));
     EXPECT_EQ(r->InWhichHot(side), 5);
     cad.SetShapeTool(SpRotateSelecting);
@@ -220,7 +209,7 @@ TEST_F(Rectangle, WhileRotatingOnlyTheCornersAreHandles) {
 }
 
 TEST_F(Rectangle, HandlePositionsFollowTheTurn) {
-    auto r = addRect(cad, 0, 0, 100, 50);
+    auto r = AddRect(cad, 0, 0, 100, 50);
     expectNear(r->GetPoint(4), {50, 0}, "top middle");
     expectNear(r->GetPoint(5), {100, 25}, "right middle");
     expectNear(r->GetPoint(6), {50, 50}, "bottom middle");
@@ -240,7 +229,7 @@ TEST_F(Rectangle, HandlePositionsFollowTheTurn) {
 }
 
 TEST_F(Rectangle, RotationMeasuredFromTheMouseTurnsAboutTheCentre) {
-    auto r = addRect(cad, 0, 0, 100, 50);
+    auto r = AddRect(cad, 0, 0, 100, 50);
     // From right of the centre to below it: a quarter turn clockwise.
     const double angle = r->GetRotatedAngle({150, 25}, {50, 125});
     EXPECT_NEAR(angle, kPi / 2, 1e-9);
@@ -255,7 +244,7 @@ TEST_F(Rectangle, RotationMeasuredFromTheMouseTurnsAboutTheCentre) {
 }
 
 TEST_F(Rectangle, CursorsBySide) {
-    auto r = addRect(cad, 0, 0, 100, 50);
+    auto r = AddRect(cad, 0, 0, 100, 50);
     EXPECT_EQ(r->GetMouseCursor(1, 1), crSizeNWSE);
     EXPECT_EQ(r->GetMouseCursor(99, 1), crSizeNESW);
     EXPECT_EQ(r->GetMouseCursor(99, 49), crSizeNWSE);
@@ -270,7 +259,7 @@ TEST_F(Rectangle, CursorsBySide) {
 // ---- Sizing ---------------------------------------------------------------------------------
 
 TEST_F(Rectangle, RightMiddleChangesOnlyTheXOfPointsOneAndTwo) {
-    auto r = addRect(cad, 10, 10, 110, 60);
+    auto r = AddRect(cad, 10, 10, 110, 60);
     r->SetHotIndex(5);
     r->SizeChangeValue({110, 35}, {150, 47});
     EXPECT_EQ(r->GetPoint(0), (TMyPoint{10, 10}));
@@ -291,7 +280,7 @@ TEST_F(Rectangle, EachSideHandleMovesItsSideOnly) {
         {7, {-20, 33}, {{-20, 10}, {110, 10}, {110, 60}, {-20, 60}}},
     };
     for (const Case& c : cases) {
-        auto r = addRect(cad, 10, 10, 110, 60);
+        auto r = AddRect(cad, 10, 10, 110, 60);
         r->SetHotIndex(c.handle);
         r->SizeChangeValue({}, c.to);
         for (int i = 0; i < 4; ++i) EXPECT_EQ(r->GetPoint(i), c.expected[i]) << "handle " << c.handle << " point " << i;
@@ -299,7 +288,7 @@ TEST_F(Rectangle, EachSideHandleMovesItsSideOnly) {
 }
 
 TEST_F(Rectangle, CornerNeverCrossesTheOppositeCorner) {
-    auto r = addRect(cad, 10, 10, 110, 60);
+    auto r = AddRect(cad, 10, 10, 110, 60);
     r->SetHotIndex(0);
     r->SizeChangeValue({10, 10}, {111, 61});
     EXPECT_EQ(r->GetPoint(0), (TMyPoint{10, 10})) << "beyond the right-bottom corner: refused";
@@ -311,7 +300,7 @@ TEST_F(Rectangle, CornerNeverCrossesTheOppositeCorner) {
 }
 
 TEST_F(Rectangle, CornerMovesItsNeighboursAlongTheSides) {
-    auto r = addRect(cad, 10, 10, 110, 60);
+    auto r = AddRect(cad, 10, 10, 110, 60);
     r->SetHotIndex(2);
     r->SizeChangeValue({110, 60}, {130, 45});
     EXPECT_EQ(r->GetPoint(0), (TMyPoint{10, 10}));
@@ -322,7 +311,7 @@ TEST_F(Rectangle, CornerMovesItsNeighboursAlongTheSides) {
 
 TEST_F(Rectangle, SizingAtZoomDividesTheMouseByTheZoom) {
     cad.SetZoom(2);
-    auto r = addRect(cad, 10, 10, 110, 60);
+    auto r = AddRect(cad, 10, 10, 110, 60);
     r->SetHotIndex(2);
     r->SizeChangeValue({220, 120}, {300, 160});
     EXPECT_EQ(r->GetPoint(2), (TMyPoint{150, 80}));
@@ -336,7 +325,7 @@ class TurnedRectangle : public Rectangle {
 protected:
     void SetUp() override {
         Rectangle::SetUp();
-        r = addRect(cad, 0, 0, 100, 50);
+        r = AddRect(cad, 0, 0, 100, 50);
         r->RotateChangeValueByAngle(angle);
         centre = {50, 25};
     }
@@ -410,7 +399,7 @@ TEST_F(TurnedRectangle, FlippingKeepsTheHandlesOnTheFigure) {
 // ---- Drawing --------------------------------------------------------------------------------
 
 TEST_F(Rectangle, DrawFillsInsideAndOutlinesAllFourEdges) {
-    auto r = addRect(cad, 10, 10, 30, 20);
+    auto r = AddRect(cad, 10, 10, 30, 20);
     r->Pen()->SetColor(clRed);
     r->Brush()->SetColor(clBlue);
     const QImage image = cad.PaintToImage();
@@ -421,7 +410,7 @@ TEST_F(Rectangle, DrawFillsInsideAndOutlinesAllFourEdges) {
 }
 
 TEST_F(Rectangle, GradientFillKeepsTheOutline) {
-    auto r = addRect(cad, 10, 10, 60, 40);
+    auto r = AddRect(cad, 10, 10, 60, 40);
     r->Pen()->SetColor(clRed);
     r->Brush()->SetColor(clBlue);
     r->SetGradientStyle(gsLinearH);
@@ -434,7 +423,7 @@ TEST_F(Rectangle, GradientFillKeepsTheOutline) {
 }
 
 TEST_F(Rectangle, HotMarksOnCornersAndSidesButOnlyCornersWhileRotating) {
-    auto r = addRect(cad, 20, 20, 120, 80);
+    auto r = AddRect(cad, 20, 20, 120, 80);
     cad.AddWorkingShapes(r);
     QImage image = cad.PaintToImage();
     EXPECT_EQ(PixelAt(image, 70, 20), clLime) << "top middle";
@@ -468,7 +457,7 @@ TEST_F(Rectangle, EllipseHasSeventyThreePointsFirstAndLastEqual) {
 
 TEST_F(Rectangle, EllipseUsesTheUprightSizeAndTheZoom) {
     cad.SetZoom(2);
-    auto e = addRect<TMyEllipse>(cad, 10, 10, 50, 30);
+    auto e = AddRect<TMyEllipse>(cad, 10, 10, 50, 30);
     const TArrPoint z2 = e->OutlineInZoom();
     EXPECT_EQ(z2[0], Point(60, 60));
     EXPECT_EQ(z2[18], Point(100, 40));
@@ -479,7 +468,7 @@ TEST_F(Rectangle, EllipseUsesTheUprightSizeAndTheZoom) {
 }
 
 TEST_F(Rectangle, EllipsePaintsInsideItsRectangle) {
-    auto e = addRect<TMyEllipse>(cad, 10, 10, 90, 50);
+    auto e = AddRect<TMyEllipse>(cad, 10, 10, 90, 50);
     e->Pen()->SetColor(clRed);
     e->Brush()->SetColor(clBlue);
     const QImage image = cad.PaintToImage();
@@ -490,7 +479,7 @@ TEST_F(Rectangle, EllipsePaintsInsideItsRectangle) {
 }
 
 TEST_F(Rectangle, GroupDrawsOnlyItsCaption) {
-    auto g = addRect<TMyGroup>(cad, 10, 10, 90, 50);
+    auto g = AddRect<TMyGroup>(cad, 10, 10, 90, 50);
     g->Pen()->SetColor(clRed);
     g->Brush()->SetColor(clBlue);
     QImage image = cad.PaintToImage();
@@ -510,7 +499,7 @@ TEST_F(Rectangle, DirectPaintingMatchesTheRasteriserPixelForPixel) {
     const TColor colours[] = {clRed, clBlue, clGreen, clNavy, clYellow, clTeal};
     for (int i = 0; i < 400; ++i) {
         const float x = pos(rng), y = pos(rng), w = i % 10 == 0 ? float(i % 4) : side(rng), h = side(rng);
-        TMyRectangle* s = unit(rng) < 0.5f ? addRect(cad, x, y, x + w, y + h) : addRect<TMyEllipse>(cad, x, y, x + w, y + h);
+        TMyRectangle* s = unit(rng) < 0.5f ? AddRect(cad, x, y, x + w, y + h) : AddRect<TMyEllipse>(cad, x, y, x + w, y + h);
         s->Pen()->SetColor(colours[i % 6]);
         s->Brush()->SetColor(colours[(i + 2) % 6]);
         if (i % 7 == 0) s->Brush()->SetStyle(bsClear);
@@ -556,8 +545,8 @@ TEST_P(RectangleBands, DrawnTwiceLeaveThePixelsUnchanged) {
         {"Rotating", [](TMyRectangle* s, TCanvas* c) { s->Rotating(c, {140, 100}, {120, 140}); }},
     };
     const int kind = GetParam();
-    TMyRectangle* shapes[] = {addRect(cad, 40, 40, 140, 100), addRect<TMyEllipse>(cad, 40, 40, 140, 100),
-                              addRect(cad, 40, 40, 140, 100)};
+    TMyRectangle* shapes[] = {AddRect(cad, 40, 40, 140, 100), AddRect<TMyEllipse>(cad, 40, 40, 140, 100),
+                              AddRect(cad, 40, 40, 140, 100)};
     shapes[2]->RotateChangeValueByAngle(0.5);
     TMyRectangle* s = shapes[kind];
     for (const BandCase& band : bands) {
@@ -574,7 +563,7 @@ TEST_P(RectangleBands, DrawnTwiceLeaveThePixelsUnchanged) {
 INSTANTIATE_TEST_SUITE_P(Shapes, RectangleBands, ::testing::Values(0, 1, 2));
 
 TEST_F(Rectangle, SizingBandShowsTheSizedFigureAndLeavesTheShape) {
-    auto r = addRect(cad, 40, 40, 140, 100);
+    auto r = AddRect(cad, 40, 40, 140, 100);
     r->SetHotIndex(2);
     TBitmap bmp(200, 200, pf24bit);
     bmp.Canvas()->Brush()->SetColor(clBlack);
@@ -588,7 +577,7 @@ TEST_F(Rectangle, SizingBandShowsTheSizedFigureAndLeavesTheShape) {
 // ---- Information ---------------------------------------------------------------------------
 
 TEST_F(Rectangle, InfoAndLengthsInTheCanvasUnit) {
-    auto r = addRect(cad, 0, 0, 96, 48);
+    auto r = AddRect(cad, 0, 0, 96, 48);
     EXPECT_EQ(r->GetInfo(), QString::fromUtf8("Rectangle: width 25.40 mm, height 12.70 mm, angle 0.0°"));
     EXPECT_NEAR(r->GetLengthByUnit(), 76.2, 1e-4);
     cad.SetUnit(inch);
@@ -606,10 +595,10 @@ TEST_F(Rectangle, InfoAndLengthsInTheCanvasUnit) {
 }
 
 TEST_F(Rectangle, EllipseAndGroupInfo) {
-    auto e = addRect<TMyEllipse>(cad, 0, 0, 96, 96);
+    auto e = AddRect<TMyEllipse>(cad, 0, 0, 96, 96);
     EXPECT_EQ(e->GetInfo(), QString::fromUtf8("Ellipse: axes 25.40 mm x 25.40 mm, angle 0.0°"));
     EXPECT_NEAR(e->GetLengthByUnit(), kPi * 25.4, 1e-3) << "a circle's circumference";
-    auto g = addRect<TMyCombine>(cad, 0, 0, 96, 48);
+    auto g = AddRect<TMyCombine>(cad, 0, 0, 96, 48);
     EXPECT_TRUE(g->GetInfo().startsWith("Combine: width 25.40 mm")) << g->GetInfo().toStdString();
 }
 

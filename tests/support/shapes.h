@@ -5,6 +5,7 @@
 
 #include "cad/canvas/mycad.h"
 #include "cad/geometry/geometry.h"
+#include "cad/shapes/rectangle.h"
 
 #include <string>
 #include <vector>
@@ -48,6 +49,20 @@ inline FigureShape* AddBox(TMyCAD* cad, float l, float t, float r, float b, std:
     s->AddPoint({r, b});
     s->AddPoint({l, b});
     cad->AddNewShape(s);
+    return s;
+}
+
+// A rectangle-family shape from drawing-unit corners, independent of the
+// zoom, drawn and added as the mouse would.
+template <class T = TMyRectangle>
+T* AddRect(TMyCAD& cad, float l, float t, float r, float b) {
+    auto s = new T(&cad);
+    s->AddPoint({l, t});
+    s->AddPoint({r, t});
+    s->AddPoint({r, b});
+    s->AddPoint({l, b});
+    s->Drawed({}, {});
+    cad.AddNewShape(s);
     return s;
 }
 
