@@ -17,6 +17,7 @@
 #include "cad/canvas/grid.h"
 #include "cad/canvas/layers.h"
 #include "cad/canvas/shape_index.h"
+#include "cad/canvas/undo_history.h"
 #include "cad/enums.h"
 #include "cad/persistence/userdata.h"
 #include "cad/shapes/shape.h"
@@ -242,8 +243,9 @@ public:
     void SetSnapShape(bool v) { m_snapShape = v; }
     TUnits TheUNIT() const { return m_theUnit; }
     void SetUnit(TUnits v);
-    uint8_t UndoRedoSize() const { return m_undoRedoSize; }
-    void SetUndoRedoSize(int v) { m_undoRedoSize = uint8_t(v); }
+    // The most undo steps kept (0 to 255); 0 switches the history off and empties it.
+    uint8_t UndoRedoSize() const { return uint8_t(m_undo.Limit()); }
+    void SetUndoRedoSize(int v);
     TUserData* UserData() { return &m_userData; }
     QString Version() const { return QStringLiteral("2013"); }
     TXYMode XYMode() const { return m_xyMode; }
@@ -347,6 +349,88 @@ public:
     // (remapShapeNos); the canvas's own numbers follow. Returns the shapes
     // taken out, in their old order, not freed.
     std::vector<TMyShape*> remapShapeNumbers(const std::vector<int>& oldToNew);
+
+    // ==== Undo and redo (mycad_undo.cpp) =====================================================
+    // Records one step under the action name: copies of the shapes (with
+    // their members, recursively, for "ACT_DELETE" and "ACT_CHANGE"; with the
+    // direct members of a root group for "ACT_UNGROUP"; only the first shape
+    // for "ACT_GROUP" and the z-order actions). Nothing when UndoRedoSize is
+    // 0. Unless it is a redo, the redo steps are dropped.
+    void PushtoUndoRedoShapeList(const std::vector<TMyShape*>& shapes, const QString& action);
+    // The shapes from index 0 to lastIndex.
+    void PushtoUndoRedoShapeList(const std::vector<TMyShape*>& shapes, int lastIndex, const QString& action);
+    // Takes the newest step back (with recording off) and keeps it for Redo.
+    void PopFromUndoRedoShapeList();
+    // Frees every undo and redo step.
+    void ClearAllUndoStuff();
+    const std::vector<TUndoRecord>& UndoRecords() const { return m_undo.Records(); }
+    bool CanUndo() const;
+    bool CanRedo() const;
+    // The action names of the step Undo and Redo would act on; empty when none.
+    QString UndoActionName() const;
+    QString RedoActionName() const;
+    void Undo();
+    // Runs the newest step taken back again, recording it as a new undo step.
+    void Redo();
+    // A new, empty shape of the named class for the canvas (this canvas when
+    // none is given), or nil for a name that is not a shape class.
+    TMyShape* CreateShapeByName(const QString& className, TMyCAD* canvas = nullptr) const;
+
+    // ==== Arrangement (mycad_arrange.cpp) =====================================================
+    // Groups visible root shapes of one layer under a new TMyGroup (their
+    // common box, named "Shape" + id, text point 10 units below), which
+    // becomes the only selected and the current shape. The group's id, or -1
+    // with nothing changed.
+    int GroupShapes(const std::vector<TMyShape*>& shapes, bool recordUndo = true);
+    // Takes a root group that is not Locked apart: its members become root
+    // shapes and the group shape is deleted. Anything else: nothing.
+    void UnGroupShape(TMyShape* group, bool recordUndo = true);
+    // Both have a parent, and the same one.
+    bool areTheyBrother(const TMyShape* a, const TMyShape* b) const;
+    // Z-order among root shapes (members stay where they are in the list).
+    // A step swaps with the next (previous) root; with none nothing happens
+    // and nothing is recorded. To front (back) passes every root on the way
+    // and is always recorded.
+    void BringToFront(TMyShape* shape, bool recordUndo = true);
+    void SendToBack(TMyShape* shape, bool recordUndo = true);
+    void BringToFrontByStep(TMyShape* shape, bool recordUndo = true);
+    void SendToBackByStep(TMyShape* shape, bool recordUndo = true);
+    // Exchanges the two shapes' places; every reference follows.
+    void SwapShape(TMyShape* a, TMyShape* b);
+    // With two or more selected shapes: "ACT_CHANGE" for the selection, then
+    // each moves (with its members) so that its box's edge or centre meets
+    // the selection's common box.
+    void AlignLeft();
+    void AlignRight();
+    void AlignTop();
+    void AlignBottom();
+    void AlignHorizontalCenter();
+    void AlignVerticalCenter();
+    // Spreads three or more shapes with equal gaps between their boxes,
+    // vertically (AverageHeight) or horizontally (AverageWidth); the first and
+    // the last stay. Records nothing (callers wrap it in a step).
+    void AverageHeight(const std::vector<TMyShape*>& shapes);
+    void AverageWidth(const std::vector<TMyShape*>& shapes);
+    // Records "ACT_CHANGE" and mirrors the shape (and its members) about its
+    // centre. Nothing for a link line.
+    void FlipHoriz(TMyShape* shape);
+    void FlipVert(TMyShape* shape);
+    // Sets Locked on the shape and its members.
+    void LockUnLockforShapes(TMyShape* shape, bool locked);
+    // Resizes as if hot point hotIndex were dragged to target (pixels).
+    void SizeShape(TMyShape* shape, int hotIndex, TPoint target);
+    // The union of the shapes' point boxes, from index 0 to lastIndex (all
+    // when negative): in drawing units, and in pixels at the current zoom.
+    TMyRect GetShapesLTRB(const std::vector<TMyShape*>& shapes, int lastIndex = -1) const;
+    TMyRect GetShapesLTRBinZoom(const std::vector<TMyShape*>& shapes, int lastIndex = -1) const;
+    // A committed move (drawing units) or resize (pixels) of a shape, applied
+    // to its members too.
+    void DragChangeValueDxDyforShapes(TMyShape* shape, double dx, double dy);
+    void SizeChangeValueforShapes(TMyShape* shape, TPoint from, TPoint to);
+    // Brings the link lines attached to the shape up to date with it.
+    void ChangeLinkShapes(TMyShape* shape);
+    // True while an ungrouping runs.
+    bool Busy() const { return m_busy; }
 
     // ==== Selection and region tests =========================================================
     void AddWorkingShapes(TMyShape* shape);
@@ -499,6 +583,30 @@ private:
     TRect hoverFrame(TMyShape* shape);
     void drawMouseFeedback(TCanvas* canvas);
 
+    // ---- Undo and arrangement internals -------------------------------------------------------
+    std::unique_ptr<TMyShape> snapshotOf(const TMyShape* shape) const;
+    TUndoRecord recordOf(const TMyShape* shape, const QString& action, int step) const;
+    // Records exactly these shapes as one step (no members added).
+    void recordExactly(const std::vector<TMyShape*>& shapes, const QString& action);
+    // Adds shapes made from the records' snapshots at the end of the list,
+    // their numbers among themselves translated, link lines detached.
+    std::vector<TMyShape*> restoreSnapshots(const std::vector<const TUndoRecord*>& records);
+    TMyShape* shapeById(int id) const;
+    TRedoStep takeBack(std::vector<TUndoRecord>& step);
+    void redoStep(const TRedoStep& step);
+    bool isRootInList(const TMyShape* shape) const;
+    void moveAcrossRoots(TMyShape* shape, bool toFront);
+    void alignWorkingShapes(TMyPoint (*offset)(const TMyRect& box, const TMyRect& own));
+    void spreadEvenly(const std::vector<TMyShape*>& shapes, bool vertical);
+    void flipShape(TMyShape* shape, bool horizontal);
+
+    // Id lookup table of GetShapeNoById.
+    mutable std::unordered_map<int, TMyShape*> m_idIndex;
+    mutable bool m_idIndexValid = false;
+    TUndoHistory m_undo;
+    bool m_redoing = false;
+    bool m_busy = false;
+
     // Published fields, in the order of the property list.
     TArcMode m_arcMode = amCircle;
     int m_arrowAngle = 10;
@@ -558,7 +666,6 @@ private:
     bool m_snap = true;
     uint8_t m_snapPixels = 4;
     bool m_snapShape = false;
-    uint8_t m_undoRedoSize = 10;
     TUnits m_theUnit = mm;
     TUserData m_userData;
     TXYMode m_xyMode = Mode0;
@@ -609,6 +716,10 @@ public:
 
 private:
     friend class TMyShape;
+    // Shapes were placed other than by appending: the id table is rebuilt when next needed.
+    void shapeIdsChanged();
+    // A shape's id changed; one that is not in the list yet is entered when it is added.
+    void shapeIdChanged(TMyShape* shape);
     // Bookkeeping called by shapes: a changed shape is looked at again before
     // the next paint or pick; a destroyed one leaves the index at once.
     void markShapeDirty(TMyShape* shape);
@@ -638,6 +749,21 @@ private:
     std::shared_ptr<const TFont> m_sharedShapeFont;
     std::unordered_map<const QMetaObject*, bool> m_linkLineClasses;
     // ==== End of the picking block ================================================
+};
+
+// Makes an edit by code one undo step: records "ACT_CHANGE" for the shapes
+// when made, and re-routes their link lines and repaints when it goes.
+//     { TUndoChangeScope step(cad, {shape}); shape->SetAngle(0.5); }
+class TUndoChangeScope {
+public:
+    TUndoChangeScope(TMyCAD& canvas, std::vector<TMyShape*> shapes);
+    ~TUndoChangeScope();
+    TUndoChangeScope(const TUndoChangeScope&) = delete;
+    TUndoChangeScope& operator=(const TUndoChangeScope&) = delete;
+
+private:
+    TMyCAD& m_canvas;
+    std::vector<TMyShape*> m_shapes;
 };
 
 }  // namespace faroven

@@ -2,6 +2,7 @@
 #include "cad/canvas/mycad.h"
 
 #include "cad/geometry/markers.h"
+#include "cad/shapes/shape_factory.h"
 #include "platform/system.h"
 
 #include <QLabel>
@@ -26,7 +27,7 @@ TMyCAD::~TMyCAD() {
     m_memShapes.clear();
     for (TMyShape* shape : m_myShapes) delete shape;
     m_myShapes.clear();
-    m_undoRedoSize = 0;
+    m_undo.Clear();
     // The layers go without OnDeleteLayer: the owner is being torn down too.
     while (m_layers.Count() > 0) m_layers.RemoveAt(0);
 }
@@ -156,13 +157,17 @@ bool TMyCAD::AddShape(TMyShape* shape, bool keepLayer, bool noCount) {
         return false;
     }
     m_myShapes.push_back(shape);
+    if (m_idIndexValid && shape->GetShapeId() >= 0) m_idIndex[shape->GetShapeId()] = shape;
     if (!keepLayer) shape->SetLayerId(m_layers.CurrentId());
     if (!noCount) ++m_nextShapeId;
     Invalidate();
     return true;
 }
 
-void TMyCAD::SetShapesCountForLoad(int count) { m_myShapes.resize(size_t(std::max(count, 0)), nullptr); }
+void TMyCAD::SetShapesCountForLoad(int count) {
+    m_myShapes.resize(size_t(std::max(count, 0)), nullptr);
+    shapeIdsChanged();
+}
 
 bool TMyCAD::AddShapeforLoadfromStream(int index, TMyShape* shape, bool noCount) {
     if (m_layers.Count() == 0) {
@@ -171,6 +176,7 @@ bool TMyCAD::AddShapeforLoadfromStream(int index, TMyShape* shape, bool noCount)
     }
     if (!shape || index < 0 || index >= GetShapesCount()) return false;
     m_myShapes[size_t(index)] = shape;
+    shapeIdsChanged();
     if (!noCount) ++m_nextShapeId;
     return true;
 }
@@ -181,6 +187,10 @@ bool TMyCAD::AddNewShape(TMyShape* shape) {
     shape->SetShapeId(m_nextShapeId);
     shape->SetName(QStringLiteral("Shape%1").arg(m_nextShapeId));
     return AddShape(shape, false, false);
+}
+
+TMyShape* TMyCAD::CreateShapeByName(const QString& className, TMyCAD* canvas) const {
+    return NewShapeOfClass(className, canvas ? canvas : const_cast<TMyCAD*>(this));
 }
 
 TMyShape* TMyCAD::GetShapeByNo(int no) const {
@@ -201,11 +211,30 @@ TMyShape* TMyCAD::GetShapeByName(const QString& name) const {
     return nullptr;
 }
 
+// Looked up in a table from id to shape, kept while shapes are only
+// appended, rebuilt after anything else changed the list or an id; an entry
+// is trusted only when the shape still carries the id at its number.
 int TMyCAD::GetShapeNoById(int id) const {
-    int no = -1;
+    if (id < 0) return -1;
+    auto current = [&](TMyShape* shape) { return shape->GetShapeId() == id && GetShapeByNo(shape->ShapeNo()) == shape; };
+    if (m_idIndexValid) {
+        const auto it = m_idIndex.find(id);
+        if (it == m_idIndex.end()) return -1;
+        if (current(it->second)) return it->second->ShapeNo();
+    }
+    // The last shape carrying the id wins, as a scan from the front finds it.
+    m_idIndex.clear();
     for (TMyShape* shape : m_myShapes)
-        if (shape && shape->GetShapeId() >= 0 && shape->GetShapeId() == id) no = shape->ShapeNo();
-    return no;
+        if (shape && shape->GetShapeId() >= 0) m_idIndex[shape->GetShapeId()] = shape;
+    m_idIndexValid = true;
+    const auto it = m_idIndex.find(id);
+    return it != m_idIndex.end() && current(it->second) ? it->second->ShapeNo() : -1;
+}
+
+void TMyCAD::shapeIdsChanged() { m_idIndexValid = false; }
+
+void TMyCAD::shapeIdChanged(TMyShape* shape) {
+    if (GetShapeByNo(shape->ShapeNo()) == shape) shapeIdsChanged();
 }
 
 int TMyCAD::GetShapeNoInMyShapes(const TMyShape* shape) const {

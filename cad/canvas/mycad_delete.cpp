@@ -41,6 +41,7 @@ std::vector<TMyShape*> TMyCAD::remapShapeNumbers(const std::vector<int>& oldToNe
         }
     }
     m_myShapes.swap(next);
+    shapeIdsChanged();
     for (size_t i = 0; i < m_myShapes.size(); ++i) {
         TMyShape* shape = m_myShapes[i];
         if (!shape) continue;
@@ -72,9 +73,9 @@ void TMyCAD::collectTree(TMyShape* shape, std::vector<TMyShape*>& out) const {
     }
 }
 
-// The undo history keeps copies of the shapes under "ACT_DELETE" here, before
-// they leave the drawing; without a history there is nothing to keep.
-void TMyCAD::recordDeletion(const std::vector<TMyShape*>& shapes) { (void)shapes; }
+void TMyCAD::recordDeletion(const std::vector<TMyShape*>& shapes) {
+    PushtoUndoRedoShapeList(shapes, QString::fromLatin1(ACT_DELETE));
+}
 
 bool TMyCAD::DeleteShapeById(int id, bool recordUndo) {
     if (id < 0) return false;
@@ -142,6 +143,7 @@ void TMyCAD::DeleteAllShapes() {
     m_paintedShapes.clear();
     std::vector<TMyShape*> shapes;
     shapes.swap(m_myShapes);
+    shapeIdsChanged();
     for (TMyShape* shape : shapes) delete shape;
     m_nextShapeId = 0;
     Invalidate();

@@ -290,4 +290,16 @@ TRect TMyRuleLine::GetPaintBoundsInZoom() {
     return box;
 }
 
+void TMyLine::remapShapeNos(const std::vector<int>& oldToNew) {
+    if (m_startSpNo >= 0) {
+        m_startSpNo = MapShapeNo(oldToNew, m_startSpNo);
+        if (m_startSpNo < 0) m_startSpPtId = -1;
+    }
+    if (m_endSpNo >= 0) {
+        m_endSpNo = MapShapeNo(oldToNew, m_endSpNo);
+        if (m_endSpNo < 0) m_endSpPtId = -1;
+    }
+    TMyShape::remapShapeNos(oldToNew);
+}
+
 }  // namespace faroven

@@ -88,6 +88,9 @@ public:
     using TMyShape::GetLengthByUnit;
     // The base box grown by the arrow heads.
     TRect GetPaintBoundsInZoom() override;
+    // The two attached ends are shape numbers too: they follow, and an end
+    // whose shape went is detached (number and link point -1).
+    void remapShapeNos(const std::vector<int>& oldToNew) override;
 
 protected:
     // Segments and arrow heads (steps 1 to 3 of Draw).

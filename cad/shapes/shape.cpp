@@ -94,6 +94,13 @@ TBitmap* TMyShape::WorkBitmap() {
     return e.workBitmap.get();
 }
 
+void TMyShape::SetShapeId(int v) {
+    if (v == m_shapeId) return;
+    m_shapeId = v;
+    // The canvas looks shapes up by id.
+    if (m_canvas) m_canvas->shapeIdChanged(this);
+}
+
 double TMyShape::Zoom() const { return m_canvas ? m_canvas->Zoom() : 1.0; }
 
 int TMyShape::hotSize() const { return m_canvas ? m_canvas->HotSize() : 4; }

@@ -141,7 +141,7 @@ public:
     }
     int GetShapeId() const { return m_shapeId; }
     int ShapeId() const { return m_shapeId; }
-    void SetShapeId(int v) { m_shapeId = v; }
+    void SetShapeId(int v);
     int ParentShapeNo() const { return m_parentShapeNo; }
     void SetParentShapeNo(int v) {
         if (v == m_parentShapeNo) return;

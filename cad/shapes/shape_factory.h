@@ -1,0 +1,25 @@
+// The class-name factory: the one place that maps the class names stored in
+// drawing files, libraries, the clipboard and undo snapshots to the shape
+// classes. Names are compared exactly and case-sensitively ("TMyRectangle").
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace faroven {
+
+class TMyCAD;
+class TMyShape;
+
+// A new, empty shape of the named class for the canvas (which may be nil for
+// a shape that stays outside any drawing, such as an undo snapshot); nil for
+// a name that is not a shape class. The caller owns the result.
+TMyShape* NewShapeOfClass(const QString& className, TMyCAD* canvas);
+
+// The class name of a shape as files store it: "TMyRectangle".
+QString ShapeClassName(const TMyShape* shape);
+
+// Every class name the factory knows, in its table's order.
+QStringList ShapeClassNames();
+
+}  // namespace faroven

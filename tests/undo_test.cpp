@@ -1,0 +1,192 @@
+// The undo history: what a step records, its limit and numbering, taking
+// steps back (deletions with groups and link lines, changes, z-order,
+// grouping) and redo.
+#include "cad/canvas/mycad.h"
+#include "cad/shapes/line.h"
+#include "cad/shapes/rectangle.h"
+#include "support/drawing_state.h"
+#include "support/shapes.h"
+
+#include <gtest/gtest.h>
+
+using namespace faroven;
+using namespace faroven::test;
+
+namespace {
+
+class Undo : public ::testing::Test {
+protected:
+    TMyRectangle* rect(float x) { return AddRect(cad, x, 0, x + 10, 10); }
+    std::vector<int> steps() const {
+        std::vector<int> out;
+        for (const TUndoRecord& r : cad.UndoRecords()) out.push_back(r.Step);
+        return out;
+    }
+    QStringList names() const {
+        QStringList out;
+        for (const TUndoRecord& r : cad.UndoRecords()) out << r.ShapeName;
+        return out;
+    }
+    TMyCAD cad;
+};
+
+TEST_F(Undo, SizeZeroRecordsNothingAndClears) {
+    TMyRectangle* a = rect(0);
+    cad.PushtoUndoRedoShapeList({a}, ACT_CHANGE);
+    ASSERT_TRUE(cad.CanUndo());
+    cad.SetUndoRedoSize(0);
+    EXPECT_FALSE(cad.CanUndo());
+    EXPECT_TRUE(cad.DeleteShapeById(a->GetShapeId()));
+    EXPECT_TRUE(cad.UndoRecords().empty());
+    cad.PopFromUndoRedoShapeList();
+    EXPECT_EQ(cad.GetShapesCount(), 0);
+}
+
+TEST_F(Undo, FullHistoryDropsTheOldestStepAndRenumbers) {
+    cad.SetUndoRedoSize(3);
+    TMyRectangle* a = rect(0);
+    TMyRectangle* b = rect(20);
+    cad.PushtoUndoRedoShapeList({a, b}, ACT_CHANGE);  // step 0: two records, the last shape first
+    EXPECT_EQ(names(), (QStringList{"Shape1", "Shape0"}));
+    for (int i = 0; i < 3; ++i) cad.PushtoUndoRedoShapeList({a}, ACT_CHANGE);
+    EXPECT_EQ(steps(), (std::vector<int>{0, 1, 2}));
+    EXPECT_EQ(names(), (QStringList{"Shape0", "Shape0", "Shape0"}));
+    // A smaller limit trims at the next recording.
+    cad.SetUndoRedoSize(2);
+    EXPECT_EQ(cad.UndoRecords().size(), 3u);
+    cad.PushtoUndoRedoShapeList({b}, ACT_CHANGE);
+    EXPECT_EQ(steps(), (std::vector<int>{0, 1}));
+    EXPECT_EQ(names().last(), "Shape1");
+}
+
+TEST_F(Undo, DeletedGroupComesBackWithMembersAndDetachedLinks) {
+    TMyRectangle* a = rect(0);
+    TMyRectangle* b = rect(20);
+    auto* line = new TMyLine(&cad);
+    line->AddPoint({5, 5});
+    line->AddPoint({25, 5});
+    cad.AddNewShape(line);
+    line->SetStartSpNo(a->ShapeNo());
+    line->SetEndSpNo(b->ShapeNo());
+    a->LinkShapeNos().push_back(uint32_t(line->ShapeNo()));
+    b->LinkShapeNos().push_back(uint32_t(line->ShapeNo()));
+    const int group = cad.GroupShapes({a, b}, false);
+    cad.GetShapeByID(group)->SetInfo("door");
+    rect(40);  // stays, and moves down when the group goes
+
+    ASSERT_TRUE(cad.DeleteShapeById(group));
+    ASSERT_EQ(cad.GetShapesCount(), 2);
+    EXPECT_EQ(line->StartSpNo(), -1);
+    cad.PopFromUndoRedoShapeList();
+
+    ExpectIntact(cad);
+    ASSERT_EQ(cad.GetShapesCount(), 5);
+    TMyShape* restored = cad.GetShapeByID(group);
+    ASSERT_NE(restored, nullptr);
+    EXPECT_EQ(restored->Info(), "door");
+    EXPECT_EQ(restored->Name(), QString("Shape%1").arg(group));
+    ASSERT_EQ(std::as_const(*restored).ChildShapeNos().size(), 2u);
+    for (int no : std::as_const(*restored).ChildShapeNos()) {
+        TMyShape* member = cad.GetShapeByNo(no);
+        EXPECT_EQ(member->ParentShapeNo(), restored->ShapeNo());
+        EXPECT_TRUE(std::as_const(*member).LinkShapeNos().empty()) << "link lines come back detached";
+    }
+    EXPECT_EQ(cad.GetShapeByID(0)->Points(), (TArrMyPoint{{0, 0}, {10, 0}, {10, 10}, {0, 10}}));
+    EXPECT_EQ(line->EndSpNo(), -1);
+}
+
+TEST_F(Undo, ChangeComesBackAndRedoGoesForwardAgain) {
+    TMyRectangle* a = rect(0);
+    const std::string before = DrawingState(cad);
+    {
+        TUndoChangeScope step(cad, {a});
+        cad.DragChangeValueDxDyforShapes(a, 5, 7);
+        a->SetInfo("moved");
+    }
+    const std::string after = DrawingState(cad);
+    EXPECT_EQ(cad.UndoActionName(), "ACT_CHANGE");
+    cad.Undo();
+    EXPECT_EQ(DrawingState(cad), before);
+    ASSERT_TRUE(cad.CanRedo());
+    EXPECT_EQ(cad.RedoActionName(), "ACT_CHANGE");
+    cad.Redo();
+    EXPECT_EQ(DrawingState(cad), after);
+    EXPECT_FALSE(cad.CanRedo());
+    cad.Undo();
+    EXPECT_EQ(DrawingState(cad), before);
+    // A new recorded edit drops what could be redone.
+    cad.PushtoUndoRedoShapeList({a}, ACT_CHANGE);
+    EXPECT_FALSE(cad.CanRedo());
+}
+
+TEST_F(Undo, BringToFrontIsTakenBackBySendingToBack) {
+    TMyRectangle* a = rect(0);
+    TMyRectangle* b = rect(20);
+    TMyRectangle* c = rect(40);
+    cad.BringToFront(b);
+    ASSERT_EQ(cad.MyShapes(), (std::vector<TMyShape*>{a, c, b}));
+    cad.Undo();
+    EXPECT_EQ(cad.MyShapes(), (std::vector<TMyShape*>{b, a, c})) << "to the back, not to its former place";
+    cad.Redo();
+    EXPECT_EQ(cad.MyShapes(), (std::vector<TMyShape*>{a, c, b}));
+    ExpectIntact(cad);
+}
+
+TEST_F(Undo, GroupAndUngroupAreTakenBack) {
+    TMyRectangle* a = rect(0);
+    TMyRectangle* b = rect(20);
+    const std::string loose = DrawingState(cad);
+    const int id = cad.GroupShapes({a, b});
+    TMyShape* group = cad.GetShapeByID(id);
+    group->UserData()->AddKeyandValue("k", "v");
+    cad.PushtoUndoRedoShapeList({group}, ACT_CHANGE);
+    group->SetInfo("grouped");
+
+    cad.UnGroupShape(group);
+    EXPECT_FALSE(a->HasParentShape());
+    cad.Undo();  // a new group of the former members, with the old one's name and data
+    ASSERT_TRUE(a->HasParentShape());
+    TMyShape* regrouped = cad.GetShapeByNo(a->ParentShapeNo());
+    EXPECT_NE(regrouped->GetShapeId(), id);
+    EXPECT_EQ(regrouped->Name(), QString("Shape%1").arg(id));
+    EXPECT_EQ(regrouped->UserData()->GetValueByKey("k"), "v");
+    cad.Undo();  // the older change step finds the new group
+    EXPECT_EQ(regrouped->Info(), "");
+    cad.Undo();
+    EXPECT_EQ(DrawingState(cad), loose);
+    cad.Redo();
+    cad.Redo();
+    cad.Redo();
+    EXPECT_FALSE(a->HasParentShape()) << "ungrouped again";
+    EXPECT_EQ(cad.GetShapesCount(), 2);
+    ExpectIntact(cad);
+}
+
+TEST_F(Undo, AddIsTakenBackByDeletingAndRedoneByRestoring) {
+    rect(0);
+    const std::string before = DrawingState(cad);
+    TMyRectangle* b = rect(20);
+    b->SetInfo("new");
+    cad.PushtoUndoRedoShapeList({b}, ACT_ADD);
+    const std::string added = DrawingState(cad);
+    cad.Undo();
+    EXPECT_EQ(DrawingState(cad), before);
+    cad.Redo();
+    EXPECT_EQ(DrawingState(cad), added);
+    EXPECT_EQ(cad.UndoActionName(), "ACT_ADD");
+}
+
+TEST_F(Undo, SnapshotsAreCopiesOfTheirOwnClass) {
+    auto* line = new TMyRuleLine(&cad);
+    line->AddPoint({0, 0});
+    line->AddPoint({30, 0});
+    cad.AddNewShape(line);
+    cad.PushtoUndoRedoShapeList({line}, ACT_CHANGE);
+    const TUndoRecord& r = cad.UndoRecords().front();
+    EXPECT_EQ(ShapeClassName(r.Snapshot.get()), "TMyRuleLine");
+    EXPECT_EQ(r.Snapshot->GetShapeId(), line->GetShapeId());
+    EXPECT_EQ(r.Snapshot->Points(), line->Points());
+    EXPECT_EQ(r.Action, "ACT_CHANGE");
+}
+
+}  // namespace
