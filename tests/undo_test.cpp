@@ -189,4 +189,18 @@ TEST_F(Undo, SnapshotsAreCopiesOfTheirOwnClass) {
     EXPECT_EQ(r.Action, "ACT_CHANGE");
 }
 
+TEST_F(Undo, ApplicationShapeClassesAreKeptOnceRegistered) {
+    FigureShape* figure = AddBox(&cad, 0, 0, 10, 10);
+    cad.DeleteShapeById(figure->GetShapeId());
+    EXPECT_FALSE(cad.CanUndo()) << "an unknown class cannot be copied";
+    EXPECT_FALSE(RegisterShapeClass("TMyRectangle", [](TMyCAD* c) { return new FigureShape(c); }));
+    ASSERT_TRUE(RegisterShapeClass("FigureShape", [](TMyCAD* c) { return new FigureShape(c); }));
+    figure = AddBox(&cad, 0, 0, 10, 10);
+    cad.DeleteShapeById(figure->GetShapeId());
+    cad.Undo();
+    ASSERT_EQ(cad.GetShapesCount(), 1);
+    EXPECT_NE(dynamic_cast<FigureShape*>(cad.GetShapeByNo(0)), nullptr);
+    EXPECT_TRUE(ShapeClassNames().contains("FigureShape"));
+}
+
 }  // namespace

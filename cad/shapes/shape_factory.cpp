@@ -5,6 +5,8 @@
 #include "cad/shapes/rectangle.h"
 
 #include <array>
+#include <utility>
+#include <vector>
 
 namespace faroven {
 
@@ -33,12 +35,32 @@ constexpr std::array kShapeClasses{
     ShapeClass{"TMyFreeLine", &make<TMyFreeLine>},
 };
 
+std::vector<std::pair<QString, std::function<TMyShape*(TMyCAD*)>>>& registered() {
+    static std::vector<std::pair<QString, std::function<TMyShape*(TMyCAD*)>>> classes;
+    return classes;
+}
+
 }  // namespace
 
 TMyShape* NewShapeOfClass(const QString& className, TMyCAD* canvas) {
     for (const ShapeClass& c : kShapeClasses)
         if (className == QLatin1String(c.name)) return c.create(canvas);
+    for (const auto& [name, create] : registered())
+        if (className == name) return create(canvas);
     return nullptr;
+}
+
+bool RegisterShapeClass(const QString& className, std::function<TMyShape*(TMyCAD*)> create) {
+    if (className.isEmpty() || !create) return false;
+    for (const ShapeClass& c : kShapeClasses)
+        if (className == QLatin1String(c.name)) return false;
+    for (auto& [name, existing] : registered())
+        if (name == className) {
+            existing = std::move(create);
+            return true;
+        }
+    registered().emplace_back(className, std::move(create));
+    return true;
 }
 
 QString ShapeClassName(const TMyShape* shape) {
@@ -50,6 +72,7 @@ QString ShapeClassName(const TMyShape* shape) {
 QStringList ShapeClassNames() {
     QStringList names;
     for (const ShapeClass& c : kShapeClasses) names << QString::fromLatin1(c.name);
+    for (const auto& entry : registered()) names << entry.first;
     return names;
 }
 

@@ -5,6 +5,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <functional>
 
 namespace faroven {
 
@@ -19,7 +20,13 @@ TMyShape* NewShapeOfClass(const QString& className, TMyCAD* canvas);
 // The class name of a shape as files store it: "TMyRectangle".
 QString ShapeClassName(const TMyShape* shape);
 
-// Every class name the factory knows, in its table's order.
+// Every class name the factory knows: the library's in its table's order,
+// then the registered ones.
 QStringList ShapeClassNames();
+
+// Makes an application's own shape class known by its class name (as
+// ShapeClassName gives it), so that undo, and loading once files exist, can
+// make copies of it. A library class name cannot be taken over: false then.
+bool RegisterShapeClass(const QString& className, std::function<TMyShape*(TMyCAD*)> create);
 
 }  // namespace faroven
