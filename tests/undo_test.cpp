@@ -12,6 +12,13 @@
 using namespace faroven;
 using namespace faroven::test;
 
+// An application's own shape class.
+class Stamp : public TMyRectangle {
+    Q_OBJECT
+public:
+    using TMyRectangle::TMyRectangle;
+};
+
 namespace {
 
 class Undo : public ::testing::Test {
@@ -190,17 +197,23 @@ TEST_F(Undo, SnapshotsAreCopiesOfTheirOwnClass) {
 }
 
 TEST_F(Undo, ApplicationShapeClassesAreKeptOnceRegistered) {
-    FigureShape* figure = AddBox(&cad, 0, 0, 10, 10);
-    cad.DeleteShapeById(figure->GetShapeId());
+    auto add = [this] {
+        auto* stamp = new Stamp(&cad);
+        for (TMyPoint p : {TMyPoint{0, 0}, TMyPoint{9, 0}, TMyPoint{9, 9}, TMyPoint{0, 9}}) stamp->AddPoint(p);
+        cad.AddNewShape(stamp);
+        return stamp;
+    };
+    cad.DeleteShapeById(add()->GetShapeId());
     EXPECT_FALSE(cad.CanUndo()) << "an unknown class cannot be copied";
-    EXPECT_FALSE(RegisterShapeClass("TMyRectangle", [](TMyCAD* c) { return new FigureShape(c); }));
-    ASSERT_TRUE(RegisterShapeClass("FigureShape", [](TMyCAD* c) { return new FigureShape(c); }));
-    figure = AddBox(&cad, 0, 0, 10, 10);
-    cad.DeleteShapeById(figure->GetShapeId());
+    EXPECT_FALSE(RegisterShapeClass("TMyRectangle", [](TMyCAD* c) { return new Stamp(c); }));
+    ASSERT_TRUE(RegisterShapeClass("Stamp", [](TMyCAD* c) { return new Stamp(c); }));
+    cad.DeleteShapeById(add()->GetShapeId());
     cad.Undo();
     ASSERT_EQ(cad.GetShapesCount(), 1);
-    EXPECT_NE(dynamic_cast<FigureShape*>(cad.GetShapeByNo(0)), nullptr);
-    EXPECT_TRUE(ShapeClassNames().contains("FigureShape"));
+    EXPECT_NE(dynamic_cast<Stamp*>(cad.GetShapeByNo(0)), nullptr);
+    EXPECT_TRUE(ShapeClassNames().contains("Stamp"));
 }
 
 }  // namespace
+
+#include "undo_test.moc"

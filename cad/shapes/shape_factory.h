@@ -17,7 +17,8 @@ class TMyShape;
 // a name that is not a shape class. The caller owns the result.
 TMyShape* NewShapeOfClass(const QString& className, TMyCAD* canvas);
 
-// The class name of a shape as files store it: "TMyRectangle".
+// The class name of a shape as files store it: "TMyRectangle" (its Qt class
+// name without the namespace).
 QString ShapeClassName(const TMyShape* shape);
 
 // Every class name the factory knows: the library's in its table's order,
@@ -25,8 +26,8 @@ QString ShapeClassName(const TMyShape* shape);
 QStringList ShapeClassNames();
 
 // Makes an application's own shape class known by its class name (as
-// ShapeClassName gives it), so that undo, and loading once files exist, can
-// make copies of it. A library class name cannot be taken over: false then.
+// ShapeClassName gives it: the class needs Q_OBJECT), so that undo, and
+// loading once files exist, can make copies of it. A library class name cannot be taken over: false then.
 bool RegisterShapeClass(const QString& className, std::function<TMyShape*(TMyCAD*)> create);
 
 }  // namespace faroven
