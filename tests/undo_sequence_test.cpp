@@ -181,8 +181,10 @@ private:
     std::string m_log;
 };
 
+// FAROVEN_UNDO_SEEDS=N runs N seeds instead of 60 (a longer soak).
 TEST(UndoSequence, RandomEditsKeepTheDrawingIntact) {
-    for (unsigned seed = 1; seed <= 60 && !::testing::Test::HasFailure(); ++seed) {
+    const unsigned seeds = qEnvironmentVariableIsSet("FAROVEN_UNDO_SEEDS") ? qEnvironmentVariableIntValue("FAROVEN_UNDO_SEEDS") : 60;
+    for (unsigned seed = 1; seed <= seeds && !::testing::Test::HasFailure(); ++seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
         Sequence(seed).Run(80);
     }

@@ -16,6 +16,7 @@
 
 #include "cad/canvas/grid.h"
 #include "cad/canvas/layers.h"
+#include "cad/canvas/shape_id_index.h"
 #include "cad/canvas/shape_index.h"
 #include "cad/canvas/undo_history.h"
 #include "cad/enums.h"
@@ -600,9 +601,7 @@ private:
     void spreadEvenly(const std::vector<TMyShape*>& shapes, bool vertical);
     void flipShape(TMyShape* shape, bool horizontal);
 
-    // Id lookup table of GetShapeNoById.
-    mutable std::unordered_map<int, TMyShape*> m_idIndex;
-    mutable bool m_idIndexValid = false;
+    mutable TShapeIdIndex m_idIndex;
     TUndoHistory m_undo;
     bool m_redoing = false;
     bool m_busy = false;

@@ -157,7 +157,7 @@ bool TMyCAD::AddShape(TMyShape* shape, bool keepLayer, bool noCount) {
         return false;
     }
     m_myShapes.push_back(shape);
-    if (m_idIndexValid && shape->GetShapeId() >= 0) m_idIndex[shape->GetShapeId()] = shape;
+    m_idIndex.Appended(shape);
     if (!keepLayer) shape->SetLayerId(m_layers.CurrentId());
     if (!noCount) ++m_nextShapeId;
     Invalidate();
@@ -211,27 +211,9 @@ TMyShape* TMyCAD::GetShapeByName(const QString& name) const {
     return nullptr;
 }
 
-// Looked up in a table from id to shape, kept while shapes are only
-// appended, rebuilt after anything else changed the list or an id; an entry
-// is trusted only when the shape still carries the id at its number.
-int TMyCAD::GetShapeNoById(int id) const {
-    if (id < 0) return -1;
-    auto current = [&](TMyShape* shape) { return shape->GetShapeId() == id && GetShapeByNo(shape->ShapeNo()) == shape; };
-    if (m_idIndexValid) {
-        const auto it = m_idIndex.find(id);
-        if (it == m_idIndex.end()) return -1;
-        if (current(it->second)) return it->second->ShapeNo();
-    }
-    // The last shape carrying the id wins, as a scan from the front finds it.
-    m_idIndex.clear();
-    for (TMyShape* shape : m_myShapes)
-        if (shape && shape->GetShapeId() >= 0) m_idIndex[shape->GetShapeId()] = shape;
-    m_idIndexValid = true;
-    const auto it = m_idIndex.find(id);
-    return it != m_idIndex.end() && current(it->second) ? it->second->ShapeNo() : -1;
-}
+int TMyCAD::GetShapeNoById(int id) const { return m_idIndex.NumberOf(id, m_myShapes); }
 
-void TMyCAD::shapeIdsChanged() { m_idIndexValid = false; }
+void TMyCAD::shapeIdsChanged() { m_idIndex.Invalidate(); }
 
 void TMyCAD::shapeIdChanged(TMyShape* shape) {
     if (GetShapeByNo(shape->ShapeNo()) == shape) shapeIdsChanged();
