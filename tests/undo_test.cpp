@@ -6,6 +6,7 @@
 #include "cad/shapes/rectangle.h"
 #include "support/drawing_state.h"
 #include "support/shapes.h"
+#include "support/test_support.h"
 
 #include <gtest/gtest.h>
 
@@ -194,6 +195,28 @@ TEST_F(Undo, SnapshotsAreCopiesOfTheirOwnClass) {
     EXPECT_EQ(r.Snapshot->GetShapeId(), line->GetShapeId());
     EXPECT_EQ(r.Snapshot->Points(), line->Points());
     EXPECT_EQ(r.Action, "ACT_CHANGE");
+}
+
+TEST_F(Undo, LocksAndMissingLayersDoNotBreakATakeBack) {
+    TMyRectangle* a = rect(0);
+    cad.PushtoUndoRedoShapeList({a}, ACT_ADD);
+    TMyRectangle* b = rect(20);
+    TMyRectangle* c = rect(40);
+    TMyShape* group = cad.GetShapeByID(cad.GroupShapes({b, c}));
+    group->SetLocked(true);
+    a->SetLocked(true);
+    cad.Undo();
+    EXPECT_FALSE(b->HasParentShape()) << "a locked group is still taken apart";
+    EXPECT_EQ(cad.GetShapesCount(), 3);
+    cad.Undo();
+    EXPECT_EQ(cad.GetShapesCount(), 2) << "a locked shape that a step added still goes";
+
+    cad.DeleteShapeById(b->GetShapeId());
+    MessageRecorder recorder;
+    cad.DeleteAllLayers();
+    cad.Undo();
+    EXPECT_EQ(cad.GetShapesCount(), 0);
+    EXPECT_TRUE(recorder.fatal.isEmpty());
 }
 
 TEST_F(Undo, ApplicationShapeClassesAreKeptOnceRegistered) {

@@ -571,8 +571,9 @@ private:
     // Undo recording of shapes about to be deleted ("ACT_DELETE").
     void recordDeletion(const std::vector<TMyShape*>& shapes);
     // Deletes shapes of MyShapes with their members in one renumbering, as
-    // DeleteShapeById does; Locked ones are skipped. True when none was skipped.
-    bool deleteShapes(const std::vector<TMyShape*>& roots, bool recordUndo);
+    // DeleteShapeById does; Locked ones are skipped unless evenLocked (taking
+    // a step back). True when none was skipped.
+    bool deleteShapes(const std::vector<TMyShape*>& roots, bool recordUndo, bool evenLocked = false);
     void collectTree(TMyShape* shape, std::vector<TMyShape*>& out) const;
     // Best offsets (value - edge) towards other root shapes' edges; false per axis when none.
     void shapeSnapOffsets(double x, double y, bool skipSelection, double& offX, bool& hasX, double& offY,

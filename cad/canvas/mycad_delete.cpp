@@ -87,12 +87,12 @@ bool TMyCAD::DeleteShapeById(int id, bool recordUndo) {
     return shape && deleteShapes({shape}, recordUndo);
 }
 
-bool TMyCAD::deleteShapes(const std::vector<TMyShape*>& roots, bool recordUndo) {
+bool TMyCAD::deleteShapes(const std::vector<TMyShape*>& roots, bool recordUndo, bool evenLocked) {
     bool all = true;
     std::vector<TMyShape*> chosen;
     for (TMyShape* shape : roots) {
         if (!shape) continue;
-        if (shape->Locked())
+        if (shape->Locked() && !evenLocked)
             all = false;
         else
             chosen.push_back(shape);

@@ -41,6 +41,8 @@ TUndoRecord TMyCAD::recordOf(const TMyShape* shape, const QString& action, int s
 }
 
 std::vector<TMyShape*> TMyCAD::restoreSnapshots(const std::vector<const TUndoRecord*>& records) {
+    // Without any layer there is nowhere to put them.
+    if (m_layers.Count() == 0) return {};
     // Numbers among the restored shapes are translated from the ones they had
     // when recorded to the places they take now, at the end of the list.
     const int base = GetShapesCount();
@@ -142,17 +144,18 @@ TRedoStep TMyCAD::takeBack(std::vector<TUndoRecord>& step) {
 
     // Shapes that an "ACT_ADD" step added go again; copies of them (with
     // their members) are kept first, while their numbers still agree.
-    std::vector<int> addedIds;
+    std::vector<TMyShape*> added;
     for (size_t k = step.size(); k-- > 0;) {
         if (!isAction(step[k].Action, ACT_ADD)) continue;
         if (TMyShape* live = shapeById(step[k].Snapshot->GetShapeId())) {
             std::vector<TMyShape*> tree;
             collectTree(live, tree);
             for (TMyShape* s : tree) keepForRedo(s, ACT_ADD);
-            addedIds.push_back(live->GetShapeId());
+            added.push_back(live);
         }
     }
-    for (int id : addedIds) DeleteShapeById(id, false);
+    // Locked or not: the step made them, taking it back removes them.
+    if (!added.empty()) deleteShapes(added, false, true);
 
     std::vector<TMyShape*> regroup;
     std::vector<const TUndoRecord*> goneMembers;
@@ -184,6 +187,7 @@ TRedoStep TMyCAD::takeBack(std::vector<TUndoRecord>& step) {
             keepForRedo(live, ACT_GROUP);
             for (int no : std::as_const(*live).ChildShapeNos())
                 if (TMyShape* member = GetShapeByNo(no)) keepForRedo(member, ACT_GROUP);
+            live->SetLocked(false);  // the group shape goes anyway
             UnGroupShape(live, false);
         } else if (isAction(action, ACT_BRINGTOFRONT)) {
             SendToBack(live, false);
