@@ -4,6 +4,7 @@
 #include "edit_actions.h"
 #include "layer_panel.h"
 #include "ruler_frame.h"
+#include "selection_clicks.h"
 #include "view_controls.h"
 
 #include "cad/shapes/line.h"
@@ -46,8 +47,10 @@ MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent) {
     addDockWidget(Qt::RightDockWidgetArea, layers);
     new ViewControls(m_cad, this);
     m_arrange = new ArrangeActions(m_cad, this);
+    auto clicks = new SelectionClicks(m_cad, this);
     connect(m_edit, &EditActions::changed, this, &MainWindow::updateActions);
     connect(m_arrange, &ArrangeActions::changed, this, &MainWindow::updateActions);
+    connect(clicks, &SelectionClicks::selectionChanged, this, &MainWindow::updateActions);
     connect(layers, &LayerPanel::layersChanged, this, &MainWindow::layersChanged);
     updateActions();
     setZoom(1.0);
