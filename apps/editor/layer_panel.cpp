@@ -85,6 +85,7 @@ void LayerPanel::refresh() {
         if (layer.LayerId == selected || (selected < 0 && current)) m_list->setCurrentItem(item);
     }
     m_updating = false;
+    emit layersChanged();
 }
 
 int LayerPanel::selectedLayerId() const {

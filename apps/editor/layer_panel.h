@@ -17,6 +17,10 @@ public:
     // Rebuilds the list from the canvas's layer table.
     void refresh();
 
+signals:
+    // The list was rebuilt after the layers changed (here or elsewhere).
+    void layersChanged();
+
 private:
     void addLayer();
     void renameLayer();

@@ -1,11 +1,13 @@
 // The demo editor's main window: a canvas on its page in a scroll area with
-// rulers, and zoom controls.
+// rulers, zoom controls, the Edit and Arrange actions and the layer panel.
 #pragma once
 
 #include "cad/canvas/mycad.h"
 
 #include <QMainWindow>
 
+class ArrangeActions;
+class EditActions;
 class RulerFrame;
 
 class MainWindow : public QMainWindow {
@@ -14,10 +16,19 @@ public:
     explicit MainWindow(QWidget* parent = nullptr);
     faroven::TMyCAD* Cad() const { return m_cad; }
 
+public slots:
+    // Brings the Edit and Arrange actions (enabled states, undo texts) up to
+    // date; called after anything the editor does to the drawing, the
+    // selection or the layers.
+    void updateActions();
+
 private:
+    void layersChanged();
     void addSampleShapes();
     void setZoom(double zoom);
 
     RulerFrame* m_frame = nullptr;
     faroven::TMyCAD* m_cad = nullptr;
+    EditActions* m_edit = nullptr;
+    ArrangeActions* m_arrange = nullptr;
 };

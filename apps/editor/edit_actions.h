@@ -1,0 +1,33 @@
+// The editor's Edit menu and tool bar: undo and redo (their texts name the
+// step they act on), deleting the selection, and selecting all or nothing.
+#pragma once
+
+#include "cad/canvas/mycad.h"
+
+#include <QObject>
+
+class QAction;
+class QMainWindow;
+
+class EditActions : public QObject {
+    Q_OBJECT
+public:
+    EditActions(faroven::TMyCAD* cad, QMainWindow* window);
+    // Sets the actions' enabled states and texts from the canvas.
+    void update();
+
+signals:
+    // One of these actions changed the drawing or the selection.
+    void changed();
+
+private:
+    void selectAll();
+    void selectNone();
+
+    faroven::TMyCAD* m_cad;
+    QAction* m_undo = nullptr;
+    QAction* m_redo = nullptr;
+    QAction* m_delete = nullptr;
+    QAction* m_selectAll = nullptr;
+    QAction* m_selectNone = nullptr;
+};
