@@ -28,7 +28,6 @@
 #include <QLabel>
 #include <functional>
 #include <memory>
-#include <unordered_map>
 #include <vector>
 
 
@@ -628,7 +627,6 @@ private:
     // Root shapes (by position in MyShapes, ascending) whose subtree has a box
     // meeting the rectangle; false when the index had to be rebuilt first.
     bool rootsMeeting(const TRect& rect, std::vector<int>& roots);
-    bool isLinkLineClass(const TMyShape* shape);
 
     TShapeIndex m_shapeIndex;
     double m_indexZoom = 0;
@@ -636,7 +634,6 @@ private:
     size_t m_indexListSize = 0;
     bool m_indexBuilt = false;
     std::shared_ptr<const TFont> m_sharedShapeFont;
-    std::unordered_map<const QMetaObject*, bool> m_linkLineClasses;
     // ==== End of the picking block ================================================
 };
 

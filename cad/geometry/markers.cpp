@@ -27,7 +27,7 @@ TColor greyOf(TColor color) {
     return RGB(g, g, g);
 }
 
-bool isTextShape(const TMyShape* shape) { return shape->inherits("faroven::TMyText"); }
+bool isTextShape(const TMyShape* shape) { return shape->kind() == TShapeKind::Text; }
 }  // namespace
 
 TColor HotColor() { return g_hotColor; }

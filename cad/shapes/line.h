@@ -21,6 +21,9 @@ class TMyLine : public TMyShape {
     Q_PROPERTY(faroven::TArrowStyle ArrowStyle READ ArrowStyle WRITE SetArrowStyle)
 
 public:
+    static constexpr TShapeKind Kind = TShapeKind::Line;
+    TShapeKind kind() const override { return Kind; }
+
     // Takes the arrow defaults of the canvas (without a canvas: angle 10,
     // length 30, offset 0, no arrows); the four attachment numbers start at -1.
     explicit TMyLine(TMyCAD* canvas);
@@ -124,6 +127,9 @@ class TMyRuleLine : public TMyLine {
     Q_PROPERTY(QString UserInfo READ UserInfo WRITE SetUserInfo)
 
 public:
+    static constexpr TShapeKind Kind = TShapeKind::RuleLine;
+    TShapeKind kind() const override { return Kind; }
+
     // Font size 8, ArrowAngle 10, ArrowLength 20, ArrowStyle ADouble.
     explicit TMyRuleLine(TMyCAD* canvas);
 

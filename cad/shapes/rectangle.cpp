@@ -90,7 +90,7 @@ void TMyRectangle::Draw(TCanvas* canvas) {
         outline.push_back(outline[0]);
         PowerDrawShape(canvas, outline, true);
     }
-    if (!inherits("faroven::TMyText")) DrawInfo(canvas);
+    if (kind() != TShapeKind::Text) DrawInfo(canvas);
 }
 
 void TMyRectangle::DrawRectangle(TCanvas* canvas, const TArrPoint& pts) {
