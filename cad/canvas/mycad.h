@@ -406,7 +406,8 @@ public:
     // The shape's root lies on a visible layer: what painting and picking require.
     bool IsShapeOnVisibleLayer(const TMyShape* shape) const;
     // The mouse may pick the shape: its root is Visible, on a visible layer, and
-    // on the current layer unless OperateAllLayer is set.
+    // on the current layer unless OperateAllLayer is set. The one pickability
+    // rule: picking (which asks it for roots) and hover feedback use it.
     bool IsShapePickable(const TMyShape* shape) const;
 
     // ==== Page, zoom, grid and background =====================================================
@@ -621,8 +622,6 @@ private:
     // still holds), or -1 when the list has changed behind the index's back
     // (the caller then rebuilds it).
     int indexedListPos(int slot, int storedPos) const;
-    // A parentless shape on a visible layer (and the current one unless OperateAllLayer).
-    bool pickable(TMyShape* shape) const;
     TMyShape* pickByScan(TPoint point);
     // Root shapes (by position in MyShapes, ascending) whose subtree has a box
     // meeting the rectangle; false when the index had to be rebuilt first.

@@ -166,11 +166,6 @@ bool TMyCAD::rootsMeeting(const TRect& rect, std::vector<int>& roots) {
     return true;
 }
 
-bool TMyCAD::pickable(TMyShape* shape) const {
-    if (!shape || shape->HasParentShape() || !m_layers.IsVisible(shape->LayerId())) return false;
-    return m_operateAllLayer || shape->LayerId() == CurrentLayerId();
-}
-
 // The winner rule over the candidates, top-most first: the first connector
 // point that is hit wins outright; otherwise the first other shape that is hit.
 // Candidates below a winner are looked at only while they may be connector
@@ -217,7 +212,9 @@ TMyShape* TMyCAD::GetShapeAtPoint(TPoint point) {
                 broken = true;
                 break;
             }
-            if (!pickable(shape) || !IsClickedMeforShape(canvas, shape, point)) continue;
+            // Only roots are picked: a parent chain that breaks off leads to none.
+            if (!shape || shape->HasParentShape() || !IsShapePickable(shape) || !IsClickedMeforShape(canvas, shape, point))
+                continue;
             if (c.linkLine) return shape;
             firstOther = shape;
         }
@@ -232,7 +229,7 @@ TMyShape* TMyCAD::pickByScan(TPoint point) {
     TMyShape* firstOther = nullptr;
     for (int i = int(m_myShapes.size()) - 1; i >= 0; --i) {
         TMyShape* shape = m_myShapes[size_t(i)];
-        if (!pickable(shape)) continue;
+        if (!shape || shape->HasParentShape() || !IsShapePickable(shape)) continue;
         const bool linkLine = isConnectorPoint(shape);
         if (firstOther && !linkLine) continue;
         if (!IsClickedMeforShape(Canvas(), shape, point)) continue;
