@@ -210,8 +210,13 @@ TEST_F(ShapeBase, DragMovesByTheZoomedMouseOffset) {
     EXPECT_EQ(s.TextPoint(), (TMyPoint{20, 15}));
 }
 
-TEST_F(ShapeBase, AssignCopiesRelationsAndAssignWithoutRelationDoesNot) {
+// An undo snapshot is a full Assign, and its take-back finds the live shape
+// by the snapshot's id: ids and numbers travel with the relations.
+TEST_F(ShapeBase, AssignCopiesRelationsAndIdsAndAssignWithoutRelationDoesNot) {
     FigureShape a(&cad);
+    a.SetName("Original");
+    a.SetShapeId(17);
+    a.SetShapeNo(2);
     a.AddPoint({1, 2});
     a.AddLinkPoint({3, 4});
     a.SetInfo("info");
@@ -234,12 +239,20 @@ TEST_F(ShapeBase, AssignCopiesRelationsAndAssignWithoutRelationDoesNot) {
     EXPECT_EQ(b.ParentShapeNo(), 3);
     EXPECT_EQ(b.ChildShapeNos(), (std::vector<int32_t>{4, 5}));
     EXPECT_EQ(b.LinkShapeNos(), (TMyShapeNo{6}));
+    EXPECT_EQ(b.GetShapeId(), 17);
+    EXPECT_EQ(b.ShapeNo(), 2);
+    EXPECT_EQ(b.Name(), "") << "the component name is not copied";
     EXPECT_EQ(b.Tag(), 42);
     FigureShape c(&cad);
+    c.SetShapeId(5);
+    c.SetShapeNo(0);
+    c.SetParentShapeNo(1);
     c.AssignWithoutRelation(&a);
     EXPECT_EQ(c.Points(), a.Points());
     EXPECT_FLOAT_EQ(c.Angle(), 0.5f);
-    EXPECT_EQ(c.ParentShapeNo(), -1);
+    EXPECT_EQ(c.GetShapeId(), 5) << "ids and relations stay the copy's own";
+    EXPECT_EQ(c.ShapeNo(), 0);
+    EXPECT_EQ(c.ParentShapeNo(), 1);
     EXPECT_TRUE(c.ChildShapeNos().empty());
     EXPECT_TRUE(c.LinkShapeNos().empty());
     // The copy owns its attributes.

@@ -103,6 +103,8 @@ protected:
     bool segmentHit(int i, TPoint point) const;
     // Length along the points in drawing units (closed: back to point 0 too).
     double pathLength(bool closed) const;
+    // The arrow settings; the attachment of the ends only with the relations.
+    void assignOwnFields(const TMyShape* source, bool withRelations) override;
 
 private:
     int m_arrowAngle = 10;
@@ -151,6 +153,9 @@ public:
     QString LabelText();
     // Half the length of an end tick in pixels at the current zoom.
     int TickHalfLength() const;
+
+protected:
+    void assignOwnFields(const TMyShape* source, bool withRelations) override;
 
 private:
     // The two pixel ends of the tick across the line at the zoomed end point.

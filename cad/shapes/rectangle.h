@@ -108,6 +108,8 @@ protected:
     std::array<TMyPoint, 8> handlesInZoom() const;
     std::array<TMyPoint, 4> corners() const;
     std::array<TMyPoint, 4> cornersInZoom() const;
+    // The four switches of the handles.
+    void assignOwnFields(const TMyShape* source, bool withRelations) override;
 
 private:
     bool m_associateSideResizing = false;

@@ -215,9 +215,13 @@ public:
     virtual void Sizing(TCanvas* canvas, TPoint from, TPoint to);
     // Converts the pixel point to drawing units and calls AddPoint.
     virtual void AddPointByMouse(TPoint point);
-    // Copies another shape's properties and geometry, its relations included.
+    // Copies another shape's properties and geometry, its relations included:
+    // ShapeId, ShapeNo, ParentShapeNo, ChildShapeNos, LinkShapeNos (and the
+    // shape numbers a subclass keeps). An undo snapshot is such a full copy,
+    // and the live shape is found again by the snapshot's id. The component
+    // Name is not copied.
     virtual void Assign(const TMyShape* source);
-    // The same without the relations (parent, children, link lines).
+    // The same without the relations and ids: the shape keeps its own.
     virtual void AssignWithoutRelation(const TMyShape* source);
     // Paints the shape; the base paints only the caption.
     virtual void Draw(TCanvas* canvas);
@@ -356,6 +360,11 @@ protected:
     // The pen set-up shared by the drawings: join and end-cap kinds for pens
     // wider than one pixel. Callers reset the canvas's pen geometry afterwards.
     void SetPS(TCanvas* canvas);
+    // Copies the fields a subclass adds, for Assign (withRelations true) and
+    // AssignWithoutRelation (false). An override calls the base first and
+    // copies its own fields when the source is of its class; fields that
+    // refer to other shapes are copied only with the relations. The base has none.
+    virtual void assignOwnFields(const TMyShape* source, bool withRelations);
 
 
 private:
