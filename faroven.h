@@ -17,6 +17,8 @@
 #include "cad/shapes/polyline.h"
 #include "cad/shapes/rectangle.h"
 #include "cad/shapes/shape.h"
+#include "cad/shapes/shape_kind.h"
+#include "cad/shapes/shape_markers.h"
 #include "cad/types.h"
 #include "dxf/dxf_primitives.h"
 #include "platform/ansi.h"

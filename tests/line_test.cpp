@@ -119,6 +119,43 @@ protected:
     TMyCAD cad;
 };
 
+// The attachment of a line's ends refers to other shapes: it is a relation,
+// copied by Assign and left out by AssignWithoutRelation; the arrow and
+// measuring settings are properties, copied by both.
+TEST_F(Line, AssignCopiesTheEndsAttachmentOnlyWithTheRelations) {
+    TMyRuleLine source(&cad);
+    source.SetArrowAngle(33);
+    source.SetArrowLength(44);
+    source.SetArrowOffset(5);
+    source.SetArrowStyle(ALeft);
+    source.SetStartSpNo(3);
+    source.SetStartSpPtId(1);
+    source.SetEndSpNo(4);
+    source.SetEndSpPtId(2);
+    source.SetTickStyle(tsNone);
+    source.SetShowUserInfo(true);
+    source.SetUserInfo("span");
+    for (bool withRelations : {true, false}) {
+        TMyRuleLine copy(&cad);
+        if (withRelations)
+            copy.Assign(&source);
+        else
+            copy.AssignWithoutRelation(&source);
+        EXPECT_EQ(copy.ArrowAngle(), 33);
+        EXPECT_EQ(copy.ArrowLength(), 44);
+        EXPECT_EQ(copy.ArrowOffset(), 5);
+        EXPECT_EQ(copy.ArrowStyle(), ALeft);
+        EXPECT_EQ(copy.TickStyle(), tsNone);
+        EXPECT_TRUE(copy.ShowUserInfo());
+        EXPECT_EQ(copy.UserInfo(), "span");
+        const int free = -1;
+        EXPECT_EQ(copy.StartSpNo(), withRelations ? 3 : free);
+        EXPECT_EQ(copy.StartSpPtId(), withRelations ? 1 : free);
+        EXPECT_EQ(copy.EndSpNo(), withRelations ? 4 : free);
+        EXPECT_EQ(copy.EndSpPtId(), withRelations ? 2 : free);
+    }
+}
+
 TEST_F(Line, TakesTheCanvasArrowDefaultsAndLeavesItsEndsFree) {
     cad.SetArrowAngle(25);
     cad.SetArrowLength(40);

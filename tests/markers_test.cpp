@@ -4,6 +4,7 @@
 // grey conversion for black-and-white printers.
 #include "cad/canvas/mycad.h"
 #include "cad/geometry/markers.h"
+#include "cad/shapes/shape_markers.h"
 #include "support/shapes.h"
 #include "support/test_support.h"
 

@@ -31,9 +31,9 @@ TMyShape* scanPick(TMyCAD& cad, TPoint p) {
         if (cad.IsClickedMeforShape(cad.Canvas(), s, p)) candidates.push_back(s);
     }
     for (TMyShape* c : candidates)
-        if (c->inherits("faroven::TMyLineLinkLine") && !c->HasParentShape()) return c;
+        if (c->kind() == TShapeKind::LineLinkLine && !c->HasParentShape()) return c;
     for (TMyShape* c : candidates)
-        if (!c->inherits("faroven::TMyLineLinkLine") && !c->HasParentShape()) return c;
+        if (c->kind() != TShapeKind::LineLinkLine && !c->HasParentShape()) return c;
     return nullptr;
 }
 
@@ -187,7 +187,7 @@ TEST_F(Picking, AgreesWithAPlainScanThroughRandomEdits) {
             // Group two free roots.
             std::vector<TMyShape*> free;
             for (TMyShape* s : roots)
-                if (!s->HasParentShape() && !s->inherits("faroven::TMyGroup")) free.push_back(s);
+                if (!s->HasParentShape() && s->kind() != TShapeKind::Group) free.push_back(s);
             if (free.size() >= 2) roots.push_back(group(cad, {free[0], free[1]}));
             compare("after grouping");
         }

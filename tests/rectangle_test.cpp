@@ -173,6 +173,10 @@ TEST_F(Rectangle, PublishedPropertiesAndDefaults) {
     r.SetAssociateSideResizing(true);
     EXPECT_EQ(r.Revision(), revision) << "the setters only store";
     EXPECT_TRUE(r.AssociateSideResizing());
+    TMyEllipse copy(&cad);
+    copy.AssignWithoutRelation(&r);
+    EXPECT_TRUE(copy.AssociateSideResizing()) << "the switches are properties: both Assigns copy them";
+    EXPECT_FALSE(copy.ShowSideHot());
 }
 
 TEST_F(Rectangle, ClassIdentities) {

@@ -1,8 +1,11 @@
 // The shape base: defaults taken from the canvas, the point and link-point
 // lists, zoom conversions, bounds, relations, copying, moving, flipping,
-// rotating, the text point and the caption drawing.
+// rotating, the text point and the caption drawing, and the class kinds.
 #include "cad/canvas/mycad.h"
 #include "cad/geometry/geometry.h"
+#include "cad/shapes/line.h"
+#include "cad/shapes/polyline.h"
+#include "cad/shapes/rectangle.h"
 #include "support/shapes.h"
 #include "support/test_support.h"
 
@@ -207,8 +210,13 @@ TEST_F(ShapeBase, DragMovesByTheZoomedMouseOffset) {
     EXPECT_EQ(s.TextPoint(), (TMyPoint{20, 15}));
 }
 
-TEST_F(ShapeBase, AssignCopiesRelationsAndAssignWithoutRelationDoesNot) {
+// An undo snapshot is a full Assign, and its take-back finds the live shape
+// by the snapshot's id: ids and numbers travel with the relations.
+TEST_F(ShapeBase, AssignCopiesRelationsAndIdsAndAssignWithoutRelationDoesNot) {
     FigureShape a(&cad);
+    a.SetName("Original");
+    a.SetShapeId(17);
+    a.SetShapeNo(2);
     a.AddPoint({1, 2});
     a.AddLinkPoint({3, 4});
     a.SetInfo("info");
@@ -231,12 +239,20 @@ TEST_F(ShapeBase, AssignCopiesRelationsAndAssignWithoutRelationDoesNot) {
     EXPECT_EQ(b.ParentShapeNo(), 3);
     EXPECT_EQ(b.ChildShapeNos(), (std::vector<int32_t>{4, 5}));
     EXPECT_EQ(b.LinkShapeNos(), (TMyShapeNo{6}));
+    EXPECT_EQ(b.GetShapeId(), 17);
+    EXPECT_EQ(b.ShapeNo(), 2);
+    EXPECT_EQ(b.Name(), "") << "the component name is not copied";
     EXPECT_EQ(b.Tag(), 42);
     FigureShape c(&cad);
+    c.SetShapeId(5);
+    c.SetShapeNo(0);
+    c.SetParentShapeNo(1);
     c.AssignWithoutRelation(&a);
     EXPECT_EQ(c.Points(), a.Points());
     EXPECT_FLOAT_EQ(c.Angle(), 0.5f);
-    EXPECT_EQ(c.ParentShapeNo(), -1);
+    EXPECT_EQ(c.GetShapeId(), 5) << "ids and relations stay the copy's own";
+    EXPECT_EQ(c.ShapeNo(), 0);
+    EXPECT_EQ(c.ParentShapeNo(), 1);
     EXPECT_TRUE(c.ChildShapeNos().empty());
     EXPECT_TRUE(c.LinkShapeNos().empty());
     // The copy owns its attributes.
@@ -327,6 +343,43 @@ TEST_F(ShapeBase, BaseOperationsHaveNeutralResults) {
     EXPECT_EQ(s.GetLengthByUnit(), 0);
     s.SetInfo("caption");
     EXPECT_EQ(s.GetInfo(), "caption");
+}
+
+template <class T>
+bool castsTo(TMyShape* s) {
+    return shape_cast<T>(s) == s;
+}
+
+// Each class reports its own kind, and shape_cast<T> accepts exactly the
+// shapes of T's kind: not a subclass (a combine is no group for it), not a base.
+TEST_F(ShapeBase, EveryClassHasItsOwnKindAndShapeCastMatchesExactly) {
+    struct Row {
+        std::unique_ptr<TMyShape> shape;
+        TShapeKind kind;
+        bool (*casts)(TMyShape*);
+    };
+    Row rows[] = {
+        {std::make_unique<TMyShape>(&cad), TShapeKind::Shape, &castsTo<TMyShape>},
+        {std::make_unique<TMyRectangle>(&cad), TShapeKind::Rectangle, &castsTo<TMyRectangle>},
+        {std::make_unique<TMyEllipse>(&cad), TShapeKind::Ellipse, &castsTo<TMyEllipse>},
+        {std::make_unique<TMyGroup>(&cad), TShapeKind::Group, &castsTo<TMyGroup>},
+        {std::make_unique<TMyCombine>(&cad), TShapeKind::Combine, &castsTo<TMyCombine>},
+        {std::make_unique<TMyLine>(&cad), TShapeKind::Line, &castsTo<TMyLine>},
+        {std::make_unique<TMyRuleLine>(&cad), TShapeKind::RuleLine, &castsTo<TMyRuleLine>},
+        {std::make_unique<TMyPolyLine>(&cad), TShapeKind::PolyLine, &castsTo<TMyPolyLine>},
+        {std::make_unique<TMyPolygon>(&cad), TShapeKind::Polygon, &castsTo<TMyPolygon>},
+        {std::make_unique<TMyFreeLine>(&cad), TShapeKind::FreeLine, &castsTo<TMyFreeLine>},
+    };
+    for (const Row& row : rows) {
+        const char* name = row.shape->metaObject()->className();
+        EXPECT_EQ(row.shape->kind(), row.kind) << name;
+        for (const Row& other : rows)
+            EXPECT_EQ(other.casts(row.shape.get()), &other == &row) << name << " as " << other.shape->metaObject()->className();
+    }
+    const TMyShape* constEllipse = rows[2].shape.get();
+    EXPECT_EQ(shape_cast<TMyEllipse>(constEllipse), constEllipse);
+    EXPECT_EQ(shape_cast<TMyRectangle>(constEllipse), nullptr);
+    EXPECT_EQ(shape_cast<TMyLine>(static_cast<TMyShape*>(nullptr)), nullptr);
 }
 
 TEST_F(ShapeBase, ChangesBumpTheRevision) {

@@ -30,7 +30,6 @@
 #include <QLabel>
 #include <functional>
 #include <memory>
-#include <unordered_map>
 #include <vector>
 
 
@@ -492,7 +491,8 @@ public:
     // The shape's root lies on a visible layer: what painting and picking require.
     bool IsShapeOnVisibleLayer(const TMyShape* shape) const;
     // The mouse may pick the shape: its root is Visible, on a visible layer, and
-    // on the current layer unless OperateAllLayer is set.
+    // on the current layer unless OperateAllLayer is set. The one pickability
+    // rule: picking (which asks it for roots) and hover feedback use it.
     bool IsShapePickable(const TMyShape* shape) const;
 
     // ==== Page, zoom, grid and background =====================================================
@@ -733,13 +733,10 @@ private:
     // still holds), or -1 when the list has changed behind the index's back
     // (the caller then rebuilds it).
     int indexedListPos(int slot, int storedPos) const;
-    // A parentless shape on a visible layer (and the current one unless OperateAllLayer).
-    bool pickable(TMyShape* shape) const;
     TMyShape* pickByScan(TPoint point);
     // Root shapes (by position in MyShapes, ascending) whose subtree has a box
     // meeting the rectangle; false when the index had to be rebuilt first.
     bool rootsMeeting(const TRect& rect, std::vector<int>& roots);
-    bool isLinkLineClass(const TMyShape* shape);
 
     TShapeIndex m_shapeIndex;
     double m_indexZoom = 0;
@@ -747,7 +744,6 @@ private:
     size_t m_indexListSize = 0;
     bool m_indexBuilt = false;
     std::shared_ptr<const TFont> m_sharedShapeFont;
-    std::unordered_map<const QMetaObject*, bool> m_linkLineClasses;
     // ==== End of the picking block ================================================
 };
 

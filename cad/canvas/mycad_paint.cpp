@@ -5,8 +5,8 @@
 #include "cad/canvas/mycad.h"
 
 #include "cad/geometry/geometry.h"
-#include "cad/geometry/markers.h"
 #include "cad/geometry/rotated_text.h"
+#include "cad/shapes/shape_markers.h"
 #include "platform/system.h"
 
 #include <utility>

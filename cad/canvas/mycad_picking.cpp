@@ -20,6 +20,9 @@ namespace {
 
 bool isEmpty(const TRect& r) { return r.right <= r.left || r.bottom <= r.top; }
 
+// Connector points win a press over every other shape.
+bool isConnectorPoint(const TMyShape* shape) { return shape->kind() == TShapeKind::LineLinkLine; }
+
 TRect unite(const TRect& a, const TRect& b) {
     if (isEmpty(a)) return b;
     if (isEmpty(b)) return a;
@@ -53,7 +56,7 @@ void TMyCAD::shapeDestroyed(TMyShape* shape) {
 TRect TMyCAD::indexBoxOf(TMyShape* shape) { return unite(shape->GetPaintBoundsInZoom(), shape->GetHitBoundsInZoom()); }
 
 void TMyCAD::indexShape(TMyShape* shape, const TRect& box, int pos) {
-    m_shapeIndex.Insert(shape, box, pos, !shape->HasParentShape(), isLinkLineClass(shape));
+    m_shapeIndex.Insert(shape, box, pos, !shape->HasParentShape(), isConnectorPoint(shape));
 }
 
 void TMyCAD::rebuildShapeIndex() {
@@ -163,18 +166,6 @@ bool TMyCAD::rootsMeeting(const TRect& rect, std::vector<int>& roots) {
     return true;
 }
 
-bool TMyCAD::isLinkLineClass(const TMyShape* shape) {
-    const QMetaObject* meta = shape->metaObject();
-    auto it = m_linkLineClasses.find(meta);
-    if (it == m_linkLineClasses.end()) it = m_linkLineClasses.emplace(meta, shape->inherits("faroven::TMyLineLinkLine")).first;
-    return it->second;
-}
-
-bool TMyCAD::pickable(TMyShape* shape) const {
-    if (!shape || shape->HasParentShape() || !m_layers.IsVisible(shape->LayerId())) return false;
-    return m_operateAllLayer || shape->LayerId() == CurrentLayerId();
-}
-
 // The winner rule over the candidates, top-most first: the first connector
 // point that is hit wins outright; otherwise the first other shape that is hit.
 // Candidates below a winner are looked at only while they may be connector
@@ -203,7 +194,7 @@ TMyShape* TMyCAD::GetShapeAtPoint(TPoint point) {
                 return;
             }
             const int root = rootPos(m_myShapes, pos);
-            candidates.push_back(Candidate{root, -1, isLinkLineClass(m_myShapes[size_t(root)]), true});
+            candidates.push_back(Candidate{root, -1, isConnectorPoint(m_myShapes[size_t(root)]), true});
         });
         std::sort(candidates.begin(), candidates.end(), [](const Candidate& a, const Candidate& b) {
             return a.pos != b.pos ? a.pos > b.pos : a.viaChild < b.viaChild;
@@ -221,7 +212,9 @@ TMyShape* TMyCAD::GetShapeAtPoint(TPoint point) {
                 broken = true;
                 break;
             }
-            if (!pickable(shape) || !IsClickedMeforShape(canvas, shape, point)) continue;
+            // Only roots are picked: a parent chain that breaks off leads to none.
+            if (!shape || shape->HasParentShape() || !IsShapePickable(shape) || !IsClickedMeforShape(canvas, shape, point))
+                continue;
             if (c.linkLine) return shape;
             firstOther = shape;
         }
@@ -236,8 +229,8 @@ TMyShape* TMyCAD::pickByScan(TPoint point) {
     TMyShape* firstOther = nullptr;
     for (int i = int(m_myShapes.size()) - 1; i >= 0; --i) {
         TMyShape* shape = m_myShapes[size_t(i)];
-        if (!pickable(shape)) continue;
-        const bool linkLine = isLinkLineClass(shape);
+        if (!shape || shape->HasParentShape() || !IsShapePickable(shape)) continue;
+        const bool linkLine = isConnectorPoint(shape);
         if (firstOther && !linkLine) continue;
         if (!IsClickedMeforShape(Canvas(), shape, point)) continue;
         if (linkLine) return shape;

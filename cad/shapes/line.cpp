@@ -2,8 +2,8 @@
 
 #include "cad/canvas/mycad.h"
 #include "cad/geometry/geometry.h"
-#include "cad/geometry/markers.h"
 #include "cad/geometry/rotated_text.h"
+#include "cad/shapes/shape_markers.h"
 #include "cad/shapes/shape_p.h"
 
 #include <QFontMetrics>
@@ -47,6 +47,22 @@ TMyLine::TMyLine(TMyCAD* canvas) : TMyShape(canvas) {
         m_arrowOffset = canvas->ArrowOffset();
         m_arrowStyle = canvas->ArrowStyle();
     }
+}
+
+void TMyLine::assignOwnFields(const TMyShape* source, bool withRelations) {
+    TMyShape::assignOwnFields(source, withRelations);
+    const auto* line = dynamic_cast<const TMyLine*>(source);
+    if (!line) return;
+    m_arrowAngle = line->m_arrowAngle;
+    m_arrowLength = line->m_arrowLength;
+    m_arrowOffset = line->m_arrowOffset;
+    m_arrowStyle = line->m_arrowStyle;
+    // The ends' shape numbers and link points are relations.
+    if (!withRelations) return;
+    m_startSpNo = line->m_startSpNo;
+    m_startSpPtId = line->m_startSpPtId;
+    m_endSpNo = line->m_endSpNo;
+    m_endSpPtId = line->m_endSpPtId;
 }
 
 bool TMyLine::IsDrawingFinished(TMouseButton, TPoint) { return GetPointsCount() == 2; }
@@ -208,6 +224,15 @@ TMyRuleLine::TMyRuleLine(TMyCAD* canvas) : TMyLine(canvas) {
     SetArrowAngle(10);
     SetArrowLength(20);
     SetArrowStyle(ADouble);
+}
+
+void TMyRuleLine::assignOwnFields(const TMyShape* source, bool withRelations) {
+    TMyLine::assignOwnFields(source, withRelations);
+    const auto* rule = dynamic_cast<const TMyRuleLine*>(source);
+    if (!rule) return;
+    m_showUserInfo = rule->m_showUserInfo;
+    m_tickStyle = rule->m_tickStyle;
+    m_userInfo = rule->m_userInfo;
 }
 
 int TMyRuleLine::TickHalfLength() const { return std::max(1, Round(8 * Zoom())); }

@@ -21,6 +21,9 @@ class TMyLine : public TMyShape {
     Q_PROPERTY(faroven::TArrowStyle ArrowStyle READ ArrowStyle WRITE SetArrowStyle)
 
 public:
+    static constexpr TShapeKind Kind = TShapeKind::Line;
+    TShapeKind kind() const override { return Kind; }
+
     // Takes the arrow defaults of the canvas (without a canvas: angle 10,
     // length 30, offset 0, no arrows); the four attachment numbers start at -1.
     explicit TMyLine(TMyCAD* canvas);
@@ -103,6 +106,8 @@ protected:
     bool segmentHit(int i, TPoint point) const;
     // Length along the points in drawing units (closed: back to point 0 too).
     double pathLength(bool closed) const;
+    // The arrow settings; the attachment of the ends only with the relations.
+    void assignOwnFields(const TMyShape* source, bool withRelations) override;
 
 private:
     int m_arrowAngle = 10;
@@ -127,6 +132,9 @@ class TMyRuleLine : public TMyLine {
     Q_PROPERTY(QString UserInfo READ UserInfo WRITE SetUserInfo)
 
 public:
+    static constexpr TShapeKind Kind = TShapeKind::RuleLine;
+    TShapeKind kind() const override { return Kind; }
+
     // Font size 8, ArrowAngle 10, ArrowLength 20, ArrowStyle ADouble.
     explicit TMyRuleLine(TMyCAD* canvas);
 
@@ -148,6 +156,9 @@ public:
     QString LabelText();
     // Half the length of an end tick in pixels at the current zoom.
     int TickHalfLength() const;
+
+protected:
+    void assignOwnFields(const TMyShape* source, bool withRelations) override;
 
 private:
     // The two pixel ends of the tick across the line at the zoomed end point.

@@ -2,7 +2,7 @@
 
 #include "cad/canvas/mycad.h"
 #include "cad/geometry/geometry.h"
-#include "cad/geometry/markers.h"
+#include "cad/shapes/shape_markers.h"
 #include "cad/shapes/shape_p.h"
 
 #include <cmath>

@@ -12,6 +12,9 @@ namespace faroven {
 class TMyPolyLine : public TMyLine {
     Q_OBJECT
 public:
+    static constexpr TShapeKind Kind = TShapeKind::PolyLine;
+    TShapeKind kind() const override { return Kind; }
+
     // ArrowStyle starts at ANone whatever the canvas's default.
     explicit TMyPolyLine(TMyCAD* canvas);
 
@@ -30,6 +33,8 @@ public:
 class TMyPolygon : public TMyPolyLine {
     Q_OBJECT
 public:
+    static constexpr TShapeKind Kind = TShapeKind::Polygon;
+    TShapeKind kind() const override { return Kind; }
     explicit TMyPolygon(TMyCAD* canvas);
 
     // With more than three points, a press less than HotSize pixels (on both
@@ -70,6 +75,8 @@ private:
 class TMyFreeLine : public TMyPolyLine {
     Q_OBJECT
 public:
+    static constexpr TShapeKind Kind = TShapeKind::FreeLine;
+    TShapeKind kind() const override { return Kind; }
     explicit TMyFreeLine(TMyCAD* canvas);
 
     // Finished as soon as the stroke has two points.

@@ -2,7 +2,7 @@
 
 #include "cad/canvas/mycad.h"
 #include "cad/geometry/geometry.h"
-#include "cad/geometry/markers.h"
+#include "cad/shapes/shape_markers.h"
 #include "cad/shapes/shape_p.h"
 
 #include <cmath>
@@ -53,6 +53,16 @@ std::array<TMyPoint, 4> turned(const std::array<TMyPoint, 4>& pts, TMyPoint cent
 
 TMyRectangle::TMyRectangle(TMyCAD* canvas) : TMyShape(canvas) {}
 
+void TMyRectangle::assignOwnFields(const TMyShape* source, bool withRelations) {
+    TMyShape::assignOwnFields(source, withRelations);
+    const auto* r = dynamic_cast<const TMyRectangle*>(source);
+    if (!r) return;
+    m_associateSideResizing = r->m_associateSideResizing;
+    m_showSideHot = r->m_showSideHot;
+    m_showHorizontalSideHot = r->m_showHorizontalSideHot;
+    m_showVerticalSideHot = r->m_showVerticalSideHot;
+}
+
 std::array<TMyPoint, 4> TMyRectangle::corners() const {
     return {GetPointsCount() > 0 ? Points()[0] : TMyPoint{}, GetPointsCount() > 1 ? Points()[1] : TMyPoint{},
             GetPointsCount() > 2 ? Points()[2] : TMyPoint{}, GetPointsCount() > 3 ? Points()[3] : TMyPoint{}};
@@ -90,7 +100,7 @@ void TMyRectangle::Draw(TCanvas* canvas) {
         outline.push_back(outline[0]);
         PowerDrawShape(canvas, outline, true);
     }
-    if (!inherits("faroven::TMyText")) DrawInfo(canvas);
+    if (kind() != TShapeKind::Text) DrawInfo(canvas);
 }
 
 void TMyRectangle::DrawRectangle(TCanvas* canvas, const TArrPoint& pts) {

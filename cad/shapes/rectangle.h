@@ -33,6 +33,8 @@ class TMyRectangle : public TMyShape {
     Q_PROPERTY(bool ShowVerticalSideHot READ ShowVerticalSideHot WRITE SetShowVerticalSideHot)
 
 public:
+    static constexpr TShapeKind Kind = TShapeKind::Rectangle;
+    TShapeKind kind() const override { return Kind; }
     explicit TMyRectangle(TMyCAD* canvas);
 
     // ---- Published properties (the setters only store) -------------------------
@@ -106,6 +108,8 @@ protected:
     std::array<TMyPoint, 8> handlesInZoom() const;
     std::array<TMyPoint, 4> corners() const;
     std::array<TMyPoint, 4> cornersInZoom() const;
+    // The four switches of the handles.
+    void assignOwnFields(const TMyShape* source, bool withRelations) override;
 
 private:
     bool m_associateSideResizing = false;
@@ -120,6 +124,8 @@ private:
 class TMyEllipse : public TMyRectangle {
     Q_OBJECT
 public:
+    static constexpr TShapeKind Kind = TShapeKind::Ellipse;
+    TShapeKind kind() const override { return Kind; }
     explicit TMyEllipse(TMyCAD* canvas);
     void Draw(TCanvas* canvas) override;
     // The moved 73-point figure as a path, stroked and filled (clear brush).
@@ -148,6 +154,8 @@ private:
 class TMyGroup : public TMyRectangle {
     Q_OBJECT
 public:
+    static constexpr TShapeKind Kind = TShapeKind::Group;
+    TShapeKind kind() const override { return Kind; }
     explicit TMyGroup(TMyCAD* canvas);
     void Draw(TCanvas* canvas) override;
 };
@@ -156,6 +164,8 @@ public:
 class TMyCombine : public TMyGroup {
     Q_OBJECT
 public:
+    static constexpr TShapeKind Kind = TShapeKind::Combine;
+    TShapeKind kind() const override { return Kind; }
     explicit TMyCombine(TMyCAD* canvas);
 };
 

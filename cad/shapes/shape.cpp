@@ -3,8 +3,8 @@
 #include "cad/canvas/mycad.h"
 #include "cad/geometry/geometry.h"
 #include "cad/geometry/gradient.h"
-#include "cad/geometry/markers.h"
 #include "cad/geometry/rotated_text.h"
+#include "cad/shapes/shape_markers.h"
 
 #include "cad/shapes/shape_p.h"
 
@@ -225,7 +225,7 @@ void TMyShape::copyProperties(const TMyShape* s) {
     m_rotateEnable = s->m_rotateEnable;
     SetTag(s->Tag());
     m_visible = s->m_visible;
-    // The relations are the caller's (Assign copies them, AssignWithoutRelation does not).
+    // The relations and ids are the caller's (Assign copies them, AssignWithoutRelation does not).
     if (s->m_extras) {
         Extras& e = extras();
         e.caption = s->m_extras->caption;
@@ -251,17 +251,23 @@ void TMyShape::copyProperties(const TMyShape* s) {
 void TMyShape::Assign(const TMyShape* source) {
     if (!source || source == this) return;
     copyProperties(source);
+    m_shapeId = source->m_shapeId;
+    m_shapeNo = source->m_shapeNo;
     m_parentShapeNo = source->m_parentShapeNo;
     SetChildShapeNos(source->ChildShapeNos());
     SetLinkShapeNos(source->LinkShapeNos());
+    assignOwnFields(source, true);
     changed();
 }
 
 void TMyShape::AssignWithoutRelation(const TMyShape* source) {
     if (!source || source == this) return;
     copyProperties(source);
+    assignOwnFields(source, false);
     changed();
 }
+
+void TMyShape::assignOwnFields(const TMyShape*, bool) {}
 
 void TMyShape::Draw(TCanvas* canvas) { DrawInfo(canvas); }
 

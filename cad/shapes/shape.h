@@ -21,6 +21,7 @@
 
 #include "cad/enums.h"
 #include "cad/persistence/userdata.h"
+#include "cad/shapes/shape_kind.h"
 #include "cad/types.h"
 #include "platform/bitmap.h"
 #include "platform/canvas.h"
@@ -30,6 +31,7 @@
 #include "platform/strings.h"
 
 #include <memory>
+#include <type_traits>
 
 namespace faroven {
 
@@ -67,6 +69,11 @@ public:
     ~TMyShape() override;
     TMyShape(const TMyShape&) = delete;
     TMyShape& operator=(const TMyShape&) = delete;
+
+    // The class of the shape (see shape_kind.h). Every shape class overrides
+    // kind() to return its own Kind.
+    static constexpr TShapeKind Kind = TShapeKind::Shape;
+    virtual TShapeKind kind() const { return Kind; }
 
     // ---- Published properties -------------------------------------------------
     float Angle() const { return m_angle; }
@@ -208,9 +215,13 @@ public:
     virtual void Sizing(TCanvas* canvas, TPoint from, TPoint to);
     // Converts the pixel point to drawing units and calls AddPoint.
     virtual void AddPointByMouse(TPoint point);
-    // Copies another shape's properties and geometry, its relations included.
+    // Copies another shape's properties and geometry, its relations included:
+    // ShapeId, ShapeNo, ParentShapeNo, ChildShapeNos, LinkShapeNos (and the
+    // shape numbers a subclass keeps). An undo snapshot is such a full copy,
+    // and the live shape is found again by the snapshot's id. The component
+    // Name is not copied.
     virtual void Assign(const TMyShape* source);
-    // The same without the relations (parent, children, link lines).
+    // The same without the relations and ids: the shape keeps its own.
     virtual void AssignWithoutRelation(const TMyShape* source);
     // Paints the shape; the base paints only the caption.
     virtual void Draw(TCanvas* canvas);
@@ -349,6 +360,11 @@ protected:
     // The pen set-up shared by the drawings: join and end-cap kinds for pens
     // wider than one pixel. Callers reset the canvas's pen geometry afterwards.
     void SetPS(TCanvas* canvas);
+    // Copies the fields a subclass adds, for Assign (withRelations true) and
+    // AssignWithoutRelation (false). An override calls the base first and
+    // copies its own fields when the source is of its class; fields that
+    // refer to other shapes are copied only with the relations. The base has none.
+    virtual void assignOwnFields(const TMyShape* source, bool withRelations);
 
 
 private:
@@ -409,6 +425,20 @@ private:
     int32_t m_indexSlot = -1;
     int32_t m_dirtyPos = -1;
 };
+
+// The shape as a T when it is exactly of T's kind (not of a subclass with a
+// kind of its own: shape_cast<TMyGroup> refuses a TMyCombine); nullptr
+// otherwise or for nullptr.
+template <class T>
+T* shape_cast(TMyShape* shape) {
+    static_assert(std::is_base_of_v<TMyShape, T>, "shape_cast needs a shape class");
+    return shape && shape->kind() == T::Kind ? static_cast<T*>(shape) : nullptr;
+}
+template <class T>
+const T* shape_cast(const TMyShape* shape) {
+    static_assert(std::is_base_of_v<TMyShape, T>, "shape_cast needs a shape class");
+    return shape && shape->kind() == T::Kind ? static_cast<const T*>(shape) : nullptr;
+}
 
 // Shape-level point helpers used by the canvas and the families.
 // Adds (dx, dy) to every point, every link point and the text point; the stored

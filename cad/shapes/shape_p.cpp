@@ -6,7 +6,6 @@
 #include "platform/convert.h"
 #include "platform/system.h"
 
-#include <QHash>
 #include <QImage>
 #include <QPainter>
 #include <QPolygon>
@@ -48,16 +47,28 @@ QString formatLength(double value, TUnits unit) {
 
 QString formatDegrees(double degrees) { return FormatFloatFixed(degrees, 1) + QChar(0x00B0); }
 
-QString shapeKind(const QObject* shape) {
-    QString name = QString::fromLatin1(shape->metaObject()->className());
-    name = name.mid(name.lastIndexOf(QLatin1Char(':')) + 1);
-    static const QHash<QString, QString> names{
-        {"TMyRectangle", "Rectangle"}, {"TMyEllipse", "Ellipse"},      {"TMyGroup", "Group"},
-        {"TMyCombine", "Combine"},     {"TMyLine", "Line"},            {"TMyRuleLine", "Measuring line"},
-        {"TMyPolyLine", "Polyline"},   {"TMyPolygon", "Polygon"},      {"TMyFreeLine", "Freehand line"},
-    };
-    if (const auto it = names.find(name); it != names.end()) return *it;
-    return name.startsWith(QLatin1String("TMy")) ? name.mid(3) : name;
+QString shapeKind(const TMyShape* shape) {
+    switch (shape->kind()) {
+    case TShapeKind::Shape: return QStringLiteral("Shape");
+    case TShapeKind::Rectangle: return QStringLiteral("Rectangle");
+    case TShapeKind::Ellipse: return QStringLiteral("Ellipse");
+    case TShapeKind::Group: return QStringLiteral("Group");
+    case TShapeKind::Combine: return QStringLiteral("Combine");
+    case TShapeKind::Line: return QStringLiteral("Line");
+    case TShapeKind::RuleLine: return QStringLiteral("Measuring line");
+    case TShapeKind::PolyLine: return QStringLiteral("Polyline");
+    case TShapeKind::Polygon: return QStringLiteral("Polygon");
+    case TShapeKind::FreeLine: return QStringLiteral("Freehand line");
+    case TShapeKind::PolyBezier: return QStringLiteral("PolyBezier");
+    case TShapeKind::BLine: return QStringLiteral("BLine");
+    case TShapeKind::ElliArc: return QStringLiteral("ElliArc");
+    case TShapeKind::Text: return QStringLiteral("Text");
+    case TShapeKind::Image: return QStringLiteral("Image");
+    case TShapeKind::LinkPoint: return QStringLiteral("LinkPoint");
+    case TShapeKind::LineLinkLine: return QStringLiteral("LineLinkLine");
+    case TShapeKind::LinkLine: return QStringLiteral("LinkLine");
+    }
+    return QStringLiteral("Shape");
 }
 
 TUnits unitOf(const TMyShape* shape) { return shape->Canvas() ? shape->Canvas()->TheUNIT() : mm; }

@@ -37,8 +37,8 @@ QString formatDegrees(double degrees);
 
 // The kind of a shape as GetInfo names it: "Rectangle", "Ellipse", "Group",
 // "Combine", "Line", "Measuring line", "Polyline", "Polygon", "Freehand line";
-// for other classes the class name without "TMy".
-QString shapeKind(const QObject* shape);
+// for the other kinds the class name without "TMy" ("Shape", "Text", ...).
+QString shapeKind(const TMyShape* shape);
 
 // The canvas's unit and ratio for a shape (millimetres and 1 without a canvas).
 TUnits unitOf(const TMyShape* shape);
