@@ -147,6 +147,12 @@ TEST_F(Arrange, FlipMirrorsAGroupAsOneFigure) {
     cad.Undo();
     EXPECT_EQ(left->GetBounds(), (TMyRect{0, 0, 10, 10}));
     cad.FlipVert(nullptr);
+    // Several shapes flip as one step, each about its own centre.
+    cad.FlipVert(std::vector<TMyShape*>{g, rect(60, 0, 70, 30)});
+    EXPECT_TRUE(g->IsFlipVert());
+    cad.Undo();
+    EXPECT_FALSE(g->IsFlipVert());
+    EXPECT_FALSE(cad.CanUndo());
 }
 
 TEST_F(Arrange, LockReachesMembersAndSizeShapeScalesThem) {

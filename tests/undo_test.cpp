@@ -170,6 +170,33 @@ TEST_F(Undo, GroupAndUngroupAreTakenBack) {
     ExpectIntact(cad);
 }
 
+TEST(UndoOption, UngroupTakenBackWholeOnlyWhenAsked) {
+    for (bool whole : {false, true}) {
+        TMyCAD cad;
+        cad.SetUndoRestoresWholeGroup(whole);
+        TMyRectangle* a = AddRect(cad, 0, 0, 10, 10);
+        TMyRectangle* b = AddRect(cad, 20, 0, 30, 10);
+        auto* combine = new TMyCombine(&cad);
+        for (TMyPoint p : {TMyPoint{0, 0}, TMyPoint{30, 0}, TMyPoint{30, 10}, TMyPoint{0, 10}}) combine->AddPoint(p);
+        combine->SetInfo("Combine");
+        combine->UserData()->AddKeyandValue("k", "v");
+        cad.AddNewShape(combine);
+        combine->SetChildShapeNos({a->ShapeNo(), b->ShapeNo()});
+        a->SetParentShapeNo(combine->ShapeNo());
+        b->SetParentShapeNo(combine->ShapeNo());
+
+        cad.UnGroupShape(combine);
+        cad.Undo();
+        TMyShape* group = cad.GetShapeByNo(a->ParentShapeNo());
+        ASSERT_NE(group, nullptr);
+        EXPECT_EQ(group->Name(), "Shape2");
+        EXPECT_EQ(group->UserData()->GetValueByKey("k"), "v");
+        EXPECT_EQ(group->kind(), whole ? TShapeKind::Combine : TShapeKind::Group);
+        EXPECT_EQ(group->Info(), whole ? "Combine" : "");
+        ExpectIntact(cad);
+    }
+}
+
 TEST_F(Undo, AddIsTakenBackByDeletingAndRedoneByRestoring) {
     rect(0);
     const std::string before = DrawingState(cad);

@@ -135,16 +135,12 @@ void ArrangeActions::spread(const std::vector<TMyShape*>& selected, bool vertica
         m_cad->AverageWidth(selected);
 }
 
-// The canvas records a step for each shape it flips, so flipping several
-// shapes takes as many undos as there are shapes; wrapping the loop in a
-// step of our own would only add one more.
+// One step for all the shapes flipped.
 void ArrangeActions::flip(const std::vector<TMyShape*>& selected, bool horizontal) {
-    for (TMyShape* shape : selected) {
-        if (horizontal)
-            m_cad->FlipHoriz(shape);
-        else
-            m_cad->FlipVert(shape);
-    }
+    if (horizontal)
+        m_cad->FlipHoriz(selected);
+    else
+        m_cad->FlipVert(selected);
 }
 
 // Locking records no step of its own.

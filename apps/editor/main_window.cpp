@@ -23,6 +23,8 @@ using namespace faroven;
 MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent) {
     setWindowTitle(tr("Faroven editor"));
     m_cad = new TMyCAD();
+    // Undoing an ungrouping brings the group back as it was, caption and all.
+    m_cad->SetUndoRestoresWholeGroup(true);
     m_frame = new RulerFrame(m_cad, this);
     setCentralWidget(m_frame);
 

@@ -415,6 +415,9 @@ public:
     // centre. Nothing for a link line.
     void FlipHoriz(TMyShape* shape);
     void FlipVert(TMyShape* shape);
+    // The same for several shapes as one "ACT_CHANGE" step.
+    void FlipHoriz(const std::vector<TMyShape*>& shapes);
+    void FlipVert(const std::vector<TMyShape*>& shapes);
     // Sets Locked on the shape and its members.
     void LockUnLockforShapes(TMyShape* shape, bool locked);
     // Resizes as if hot point hotIndex were dragged to target (pixels).
@@ -431,6 +434,12 @@ public:
     void ChangeLinkShapes(TMyShape* shape);
     // True while an ungrouping runs.
     bool Busy() const { return m_busy; }
+    // Off by default: taking back an ungrouping makes a plain TMyGroup of the
+    // former members and gives it the former group's name and user data
+    // only. On: the group comes back whole, of its own class (a TMyCombine
+    // stays one) with its caption, pen, brush and every other property.
+    bool UndoRestoresWholeGroup() const { return m_undoRestoresWholeGroup; }
+    void SetUndoRestoresWholeGroup(bool v) { m_undoRestoresWholeGroup = v; }
 
     // ==== Selection and region tests =========================================================
     void AddWorkingShapes(TMyShape* shape);
@@ -600,12 +609,15 @@ private:
     void moveAcrossRoots(TMyShape* shape, bool toFront);
     void alignWorkingShapes(TMyPoint (*offset)(const TMyRect& box, const TMyRect& own));
     void spreadEvenly(const std::vector<TMyShape*>& shapes, bool vertical);
-    void flipShape(TMyShape* shape, bool horizontal);
+    void flipShapes(const std::vector<TMyShape*>& shapes, bool horizontal);
+    // GroupShapes with a group of the named class (TMyGroup or a descendant).
+    int groupShapes(const std::vector<TMyShape*>& shapes, bool recordUndo, const QString& groupClass);
 
     mutable TShapeIdIndex m_idIndex;
     TUndoHistory m_undo;
     bool m_redoing = false;
     bool m_busy = false;
+    bool m_undoRestoresWholeGroup = false;
 
     // Published fields, in the order of the property list.
     TArcMode m_arcMode = amCircle;

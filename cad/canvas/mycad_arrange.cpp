@@ -5,6 +5,7 @@
 
 #include "cad/geometry/geometry.h"
 #include "cad/shapes/rectangle.h"
+#include "cad/shapes/shape_factory.h"
 
 #include <algorithm>
 #include <numeric>
@@ -67,6 +68,10 @@ void TMyCAD::ChangeLinkShapes(TMyShape* shape) { (void)shape; }
 // ---- Grouping ---------------------------------------------------------------------------------
 
 int TMyCAD::GroupShapes(const std::vector<TMyShape*>& shapes, bool recordUndo) {
+    return groupShapes(shapes, recordUndo, QStringLiteral("TMyGroup"));
+}
+
+int TMyCAD::groupShapes(const std::vector<TMyShape*>& shapes, bool recordUndo, const QString& groupClass) {
     if (shapes.empty() || !shapes.front()) return -1;
     // Members must be visible root shapes of this drawing, on one layer.
     std::vector<TMyShape*> members;
@@ -79,7 +84,12 @@ int TMyCAD::GroupShapes(const std::vector<TMyShape*>& shapes, bool recordUndo) {
     }
 
     const TMyRect box = GetShapesLTRB(members);
-    auto* group = new TMyGroup(this);
+    TMyShape* made = NewShapeOfClass(groupClass, this);
+    auto* group = dynamic_cast<TMyGroup*>(made);
+    if (!group) {
+        delete made;
+        group = new TMyGroup(this);
+    }
     group->SetLayerId(members.front()->LayerId());
     group->AddPoint({box.left, box.top});
     group->AddPoint({box.right, box.top});
@@ -278,31 +288,37 @@ void TMyCAD::AverageWidth(const std::vector<TMyShape*>& shapes) { spreadEvenly(s
 
 // ---- Flipping, locking, resizing by code ---------------------------------------------------------
 
-// The shape mirrors itself; its members are mirrored about the same line, so
-// that a group flips as one figure.
-void TMyCAD::flipShape(TMyShape* shape, bool horizontal) {
-    if (!shape || shape->metaObject()->className() == QByteArrayLiteral("faroven::TMyLinkLine")) return;
-    PushtoUndoRedoShapeList({shape}, QString::fromLatin1(ACT_CHANGE));
-    const TMyPoint axis = shape->GetCenterPoint();
-    std::vector<TMyShape*> tree;
-    collectTree(shape, tree);
-    for (TMyShape* s : tree) {
-        const TMyPoint own = s->GetCenterPoint();
-        if (horizontal) {
-            s->FlipHoriz();
-            if (s != shape) s->DragChangeValuedxdy(2.0 * (double(axis.x) - own.x), 0);
-        } else {
-            s->FlipVert();
-            if (s != shape) s->DragChangeValuedxdy(0, 2.0 * (double(axis.y) - own.y));
+// Each shape mirrors itself; its members are mirrored about the same line,
+// so that a group flips as one figure. Link lines are left alone.
+void TMyCAD::flipShapes(const std::vector<TMyShape*>& shapes, bool horizontal) {
+    std::vector<TMyShape*> flipped;
+    for (TMyShape* s : shapes)
+        if (s && s->kind() != TShapeKind::LinkLine) flipped.push_back(s);
+    if (flipped.empty()) return;
+    PushtoUndoRedoShapeList(flipped, QString::fromLatin1(ACT_CHANGE));
+    for (TMyShape* shape : flipped) {
+        const TMyPoint axis = shape->GetCenterPoint();
+        std::vector<TMyShape*> tree;
+        collectTree(shape, tree);
+        for (TMyShape* s : tree) {
+            const TMyPoint own = s->GetCenterPoint();
+            if (horizontal) {
+                s->FlipHoriz();
+                if (s != shape) s->DragChangeValuedxdy(2.0 * (double(axis.x) - own.x), 0);
+            } else {
+                s->FlipVert();
+                if (s != shape) s->DragChangeValuedxdy(0, 2.0 * (double(axis.y) - own.y));
+            }
         }
+        ChangeLinkShapes(shape);
     }
-    ChangeLinkShapes(shape);
     Invalidate();
 }
 
-void TMyCAD::FlipHoriz(TMyShape* shape) { flipShape(shape, true); }
-
-void TMyCAD::FlipVert(TMyShape* shape) { flipShape(shape, false); }
+void TMyCAD::FlipHoriz(TMyShape* shape) { flipShapes({shape}, true); }
+void TMyCAD::FlipVert(TMyShape* shape) { flipShapes({shape}, false); }
+void TMyCAD::FlipHoriz(const std::vector<TMyShape*>& shapes) { flipShapes(shapes, true); }
+void TMyCAD::FlipVert(const std::vector<TMyShape*>& shapes) { flipShapes(shapes, false); }
 
 void TMyCAD::LockUnLockforShapes(TMyShape* shape, bool locked) {
     if (!shape) return;

@@ -29,9 +29,7 @@ std::unique_ptr<TMyShape> TMyCAD::snapshotOf(const TMyShape* shape) const {
     // Snapshots belong to no canvas: they are never painted, indexed or picked.
     std::unique_ptr<TMyShape> copy(NewShapeOfClass(ShapeClassName(shape), nullptr));
     if (!copy) return nullptr;
-    copy->Assign(shape);
-    copy->SetShapeId(shape->GetShapeId());
-    copy->SetShapeNo(shape->ShapeNo());
+    copy->Assign(shape);  // properties, geometry, relations, id and number
     copy->SetName(shape->Name());
     return copy;
 }
@@ -56,7 +54,6 @@ std::vector<TMyShape*> TMyCAD::restoreSnapshots(const std::vector<const TUndoRec
     for (const TUndoRecord* r : records) {
         TMyShape* shape = NewShapeOfClass(ShapeClassName(r->Snapshot.get()), this);
         shape->Assign(r->Snapshot.get());
-        shape->SetShapeId(r->Snapshot->GetShapeId());
         shape->SetName(r->ShapeName);
         shape->remapShapeNos(oldToNew);
         // Link lines come back detached: what they joined may be gone.
@@ -209,9 +206,12 @@ TRedoStep TMyCAD::takeBack(std::vector<TUndoRecord>& step) {
     // (a member deleted since is restored from its copy first).
     for (TMyShape* s : restoreSnapshots(goneMembers)) regroup.push_back(s);
     if (!regroup.empty()) {
-        const int newId = GroupShapes(regroup, false);
+        const bool whole = formerGroup && m_undoRestoresWholeGroup;
+        const int newId = groupShapes(regroup, false,
+                                      whole ? ShapeClassName(formerGroup->Snapshot.get()) : QStringLiteral("TMyGroup"));
         if (TMyShape* group = shapeById(newId)) {
             if (formerGroup) {
+                if (whole) group->AssignWithoutRelation(formerGroup->Snapshot.get());
                 group->UserData()->Assign(*formerGroup->Snapshot->UserData());
                 group->SetName(formerGroup->ShapeName);
                 m_undo.ReplaceShapeId(formerGroup->Snapshot->GetShapeId(), newId);
@@ -287,7 +287,7 @@ void TMyCAD::redoStep(const TRedoStep& step) {
         std::vector<TMyShape*> members;
         for (size_t k = 1; k < step.size(); ++k)
             if (TMyShape* s = shapeById(step[k].Snapshot->GetShapeId())) members.push_back(s);
-        const int newId = GroupShapes(members, true);
+        const int newId = groupShapes(members, true, ShapeClassName(former.Snapshot.get()));
         if (TMyShape* group = shapeById(newId)) {
             group->AssignWithoutRelation(former.Snapshot.get());
             group->SetName(former.ShapeName);

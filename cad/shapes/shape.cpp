@@ -251,7 +251,7 @@ void TMyShape::copyProperties(const TMyShape* s) {
 void TMyShape::Assign(const TMyShape* source) {
     if (!source || source == this) return;
     copyProperties(source);
-    m_shapeId = source->m_shapeId;
+    SetShapeId(source->m_shapeId);  // the canvas finds shapes by id
     m_shapeNo = source->m_shapeNo;
     m_parentShapeNo = source->m_parentShapeNo;
     SetChildShapeNos(source->ChildShapeNos());
