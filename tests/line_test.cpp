@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <numbers>
 
 using namespace faroven;
 using namespace faroven::test;
@@ -154,6 +155,22 @@ TEST_F(Line, AssignCopiesTheEndsAttachmentOnlyWithTheRelations) {
         EXPECT_EQ(copy.EndSpNo(), withRelations ? 4 : free);
         EXPECT_EQ(copy.EndSpPtId(), withRelations ? 2 : free);
     }
+}
+
+// A line made by code turns about its middle once the canvas has added it,
+// and about the new middle after an end has been moved.
+TEST_F(Line, TurnsAboutItsStoredMiddle) {
+    auto l = new TMyLine(&cad);
+    l->AddPoint({0, 0});
+    l->AddPoint({100, 0});
+    cad.AddNewShape(l);
+    l->RotateChangeValueByAngle(std::numbers::pi / 2);
+    EXPECT_NEAR(l->GetPoint(0).x, 50, 1e-4);
+    EXPECT_NEAR(l->GetPoint(0).y, -50, 1e-4);
+    EXPECT_NEAR(l->GetPoint(1).y, 50, 1e-4);
+    l->SetHotIndex(1);
+    l->SizeChangeValue({50, 50}, {50, 150});
+    EXPECT_EQ(l->GetCenterPoint(), (TMyPoint{50, 50}));
 }
 
 TEST_F(Line, TakesTheCanvasArrowDefaultsAndLeavesItsEndsFree) {

@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <numbers>
 #include <random>
 #include <utility>
 
@@ -202,7 +203,19 @@ TEST_F(Polyline, PolygonSizingMovesPointZeroAndTheLastTogether) {
     p->SizeChangeValue({100, 100}, {140, 120});
     EXPECT_EQ(p->GetPoint(2), (TMyPoint{140, 120}));
     EXPECT_EQ(p->GetPoint(0), (TMyPoint{0, 0}));
-    EXPECT_EQ(p->CenterPoint(), (TMyPoint{70, 60})) << "the centre of the first four points";
+}
+
+// Sizing stores the centre of the first four points only (a simplification
+// kept on purpose), and that stored centre is the one the polygon turns about.
+TEST_F(Polyline, PolygonSizingStoresTheCentreOfTheFirstFourPoints) {
+    auto p = addShape<TMyPolygon>(cad, {{0, 0}, {100, 0}, {100, 100}, {0, 100}, {-60, 50}, {0, 0}});
+    p->SetHotIndex(2);
+    p->SizeChangeValue({100, 100}, {140, 120});
+    EXPECT_EQ(p->CenterPoint(), (TMyPoint{70, 60}));
+    EXPECT_EQ(p->GetCenterPoint(), (TMyPoint{70, 60})) << "not the middle of all the points, (40, 60)";
+    p->RotateChangeValueByAngle(std::numbers::pi);
+    EXPECT_NEAR(p->GetPoint(2).x, 0, 1e-4);
+    EXPECT_NEAR(p->GetPoint(2).y, 0, 1e-4);
 }
 
 TEST_F(Polyline, PolygonSizingFollowsTheMouseAtZoom) {

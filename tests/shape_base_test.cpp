@@ -265,6 +265,7 @@ TEST_F(ShapeBase, FlipsMirrorAboutTheCentreAndToggleTheFlags) {
     s.AddPoint({0, 0});
     s.AddPoint({10, 0});
     s.AddPoint({10, 20});
+    s.Drawed({}, {});  // stores the centre (5, 10)
     s.SetTextPoint({2, 30});
     s.FlipHoriz();
     EXPECT_TRUE(s.IsFlipHorz());
@@ -284,18 +285,20 @@ TEST_F(ShapeBase, RotationTurnsClockwiseAboutTheCentre) {
     s.AddPoint({20, 0});
     s.AddPoint({20, 10});
     s.AddPoint({0, 10});
+    s.Drawed({}, {});
     s.RotateChangeValueByAngle(M_PI / 2);
     // A quarter turn clockwise on screen (y down) about (10, 5): (0, 0) -> (15, -5).
     EXPECT_NEAR(s.GetPoint(0).x, 15, 1e-4);
     EXPECT_NEAR(s.GetPoint(0).y, -5, 1e-4);
     EXPECT_NEAR(s.Angle(), M_PI / 2, 1e-6);
-    EXPECT_NEAR(s.GetCenterPoint().x, 10, 1e-4);
+    EXPECT_EQ(s.GetCenterPoint(), (TMyPoint{10, 5})) << "the centre stays";
 }
 
 TEST_F(ShapeBase, RotatedAngleIsMeasuredAboutTheZoomedCentre) {
     FigureShape s(&cad);
     s.AddPoint({0, 0});
     s.AddPoint({20, 20});
+    s.Drawed({}, {});
     cad.SetZoom(2);  // centre at (20, 20) pixels
     EXPECT_NEAR(s.GetRotatedAngle({40, 20}, {20, 40}), M_PI / 2, 1e-9) << "right to below is clockwise";
     EXPECT_NEAR(s.GetRotatedAngle({20, 40}, {40, 20}), -M_PI / 2, 1e-9);
@@ -306,10 +309,12 @@ TEST_F(ShapeBase, ScaleAboutAnOrigin) {
     FigureShape s(&cad);
     s.AddPoint({10, 10});
     s.AddPoint({20, 30});
+    s.Drawed({}, {});  // centre (15, 20)
     s.SetTextPoint({20, 40});
     s.SizeChangeValueByScale(2, 0.5, {10, 10});
     EXPECT_EQ(s.GetPoint(1), (TMyPoint{30, 20}));
     EXPECT_EQ(s.TextPoint(), (TMyPoint{30, 25}));
+    EXPECT_EQ(s.GetCenterPoint(), (TMyPoint{20, 15})) << "the centre scales like the points";
 }
 
 TEST_F(ShapeBase, TextPointHotAreaReachesHotSizeExcludingFarEdges) {

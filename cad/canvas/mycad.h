@@ -312,8 +312,9 @@ public:
     bool AddShapeforLoadfromStream(int index, TMyShape* shape, bool noCount);
     // Sizes MyShapes for a loader (new slots are empty).
     void SetShapesCountForLoad(int count);
-    // Numbers the shape, gives it the next id and the name "Shape" + id, and
-    // adds it on the current layer, as drawing with the mouse does.
+    // Numbers the shape, gives it the next id and the name "Shape" + id,
+    // stores its centre (ComputeCenterPoint) and adds it on the current layer,
+    // as drawing with the mouse does.
     bool AddNewShape(TMyShape* shape);
     int GetShapesCount() const { return int(m_myShapes.size()); }
     int GetMemShapesCount() const { return int(m_memShapes.size()); }

@@ -186,6 +186,8 @@ bool TMyCAD::AddNewShape(TMyShape* shape) {
     shape->SetShapeNo(GetShapesCount());
     shape->SetShapeId(m_nextShapeId);
     shape->SetName(QStringLiteral("Shape%1").arg(m_nextShapeId));
+    // A shape made by code turns about its middle, as one drawn with the mouse does.
+    shape->SetCenterPoint(shape->ComputeCenterPoint());
     return AddShape(shape, false, false);
 }
 

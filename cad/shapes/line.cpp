@@ -183,6 +183,7 @@ void TMyLine::SizeChangeValue(TPoint from, TPoint to) {
     if (h < 0 || h >= GetPointsCount()) return;
     const double zoom = Zoom();
     SetPoint(h, TMyPoint{float(to.x / zoom), float(to.y / zoom)});
+    SetCenterPoint(ComputeCenterPoint());
 }
 
 double TMyLine::pathLength(bool closed) const {

@@ -81,7 +81,8 @@ public:
     void Drawing(TCanvas* canvas, TPoint from, TPoint to) override;
     void Sizing(TCanvas* canvas, TPoint from, TPoint to) override;
     void Rotating(TCanvas* canvas, TPoint from, TPoint to) override;
-    // The current handle's point goes to the mouse (to / zoom).
+    // The current handle's point goes to the mouse (to / zoom); the stored
+    // centre becomes the middle of the changed points.
     void SizeChangeValue(TPoint from, TPoint to) override;
     // "Line: length 26.46 mm, angle 30.0°": the length along the points and the
     // direction from the first to the last point (degrees clockwise on screen).

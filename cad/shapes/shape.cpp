@@ -272,7 +272,7 @@ void TMyShape::assignOwnFields(const TMyShape*, bool) {}
 void TMyShape::Draw(TCanvas* canvas) { DrawInfo(canvas); }
 
 void TMyShape::FlipHoriz() {
-    const float cx2 = 2 * ComputeCenterPoint().x;
+    const float cx2 = 2 * GetCenterPoint().x;
     for (TMyPoint& p : m_points) p.x = cx2 - p.x;
     for (TMyPoint& p : m_linkPoints) p.x = cx2 - p.x;
     m_textPoint.x = cx2 - m_textPoint.x;
@@ -281,7 +281,7 @@ void TMyShape::FlipHoriz() {
 }
 
 void TMyShape::FlipVert() {
-    const float cy2 = 2 * ComputeCenterPoint().y;
+    const float cy2 = 2 * GetCenterPoint().y;
     for (TMyPoint& p : m_points) p.y = cy2 - p.y;
     for (TMyPoint& p : m_linkPoints) p.y = cy2 - p.y;
     m_textPoint.y = cy2 - m_textPoint.y;
@@ -289,12 +289,7 @@ void TMyShape::FlipVert() {
     changed();
 }
 
-// The centre follows the points, so that shapes built by code turn about
-// their middle as well as shapes drawn with the mouse.
-TMyPoint TMyShape::GetCenterPoint() {
-    if (!m_points.empty()) m_centerPoint = ComputeCenterPoint();
-    return m_centerPoint;
-}
+TMyPoint TMyShape::GetCenterPoint() { return m_centerPoint; }
 
 TMyPoint TMyShape::GetCenterPointInZoom() { return ZoomedValuePt(GetCenterPoint()); }
 
@@ -587,6 +582,7 @@ void TMyShape::SizeChangeValueByScale(double scaleX, double scaleY, TMyPoint ori
     for (TMyPoint& p : m_points) scale(p);
     for (TMyPoint& p : m_linkPoints) scale(p);
     scale(m_textPoint);
+    scale(m_centerPoint);
     changed();
 }
 

@@ -205,7 +205,8 @@ public:
     virtual TCursor GetMouseCursor(int x, int y);
     // Whether the mouse has finished drawing the shape; the base needs two points.
     virtual bool IsDrawingFinished(TMouseButton button, TPoint point);
-    // Rotates points, link points and text point about the centre; adds to Angle.
+    // Rotates points, link points and text point about the centre
+    // (GetCenterPoint, which stays); adds to Angle.
     virtual void RotateChangeValueByAngle(double angle);
     // Rotation feedback: the outline of the points turned by the mouse's angle.
     virtual void Rotating(TCanvas* canvas, TPoint from, TPoint to);
@@ -225,9 +226,18 @@ public:
     virtual void AssignWithoutRelation(const TMyShape* source);
     // Paints the shape; the base paints only the caption.
     virtual void Draw(TCanvas* canvas);
-    // Mirror the points about the centre's vertical or horizontal line.
+    // Mirror the points about the vertical or horizontal line through the
+    // centre (GetCenterPoint), which stays where it is.
     virtual void FlipHoriz();
     virtual void FlipVert();
+    // The centre of rotation and mirroring, in drawing units: the stored
+    // centre (CenterPoint), not recomputed from the points. It is stored when
+    // the mouse finishes drawing the shape (Drawed), when the canvas adds a
+    // shape made by code (TMyCAD::AddNewShape), by loading and by the
+    // families' resizes; moving and scaling carry it along, rotating and
+    // mirroring keep it. Code that changes points by other means stores it
+    // itself (SetCenterPoint(ComputeCenterPoint())) when the shape is to turn
+    // about its new middle.
     virtual TMyPoint GetCenterPoint();
     virtual TMyPoint GetCenterPointInZoom();
     // The caption text: Info, or when that is empty the first line of MultiInfo.
@@ -321,7 +331,7 @@ public:
     // The angle, in radians clockwise, that turning from one pixel point to
     // another makes about the shape's centre.
     double GetRotatedAngle(TPoint from, TPoint to);
-    // Scales every point, link point and the text point about an origin.
+    // Scales every point, link point, the text point and the stored centre about an origin.
     void SizeChangeValueByScale(double scaleX, double scaleY, TMyPoint origin);
     // The centre of the points' bounding box.
     TMyPoint ComputeCenterPoint() const;
