@@ -1,13 +1,20 @@
 // TMyCAD: the drawing canvas. A windowless control that owns every shape of
 // one drawing (MyShapes, in painting order), its layers, selection, page
-// settings and grid, and paints through an off-screen buffer of the invalid
-// rectangle. The implementation is split by concern: mycad_core.cpp
-// (construction, properties, registry), mycad_paint.cpp (paint pipeline),
-// mycad_layers.cpp, mycad_page.cpp (page, zoom, grid, background),
-// mycad_selection.cpp (selection and region tests), mycad_delete.cpp (shape
-// deletion and the renumbering of shapes), mycad_snap.cpp (snapping and page
-// bounds), mycad_units.cpp (lengths in the user's unit) and mycad_mouse.cpp
-// (cross-hair and hover feedback).
+// settings, grid and undo history, and paints through an off-screen buffer of
+// the invalid rectangle.
+//
+// The header is in sections, one per source file: mycad_core.cpp
+// (construction, properties, the shape registry), mycad_delete.cpp (deletion
+// and renumbering), mycad_undo.cpp (undo and redo), mycad_arrange.cpp
+// (grouping, z-order, alignment, flips), mycad_selection.cpp (selection and
+// region tests), mycad_layers.cpp, mycad_page.cpp (page, zoom, grid,
+// background), mycad_snap.cpp (snapping and page bounds), mycad_units.cpp
+// (lengths in the user's unit), mycad_paint.cpp (the paint pipeline),
+// mycad_mouse.cpp (cross-hair and hover feedback) and mycad_picking.cpp
+// (picking and the spatial index). State that stands alone lives in small
+// classes the canvas owns: TLayerTable, TGridObject, TShapeIndex,
+// TShapeIdIndex and TUndoHistory; internals shared by the source files are
+// in mycad_p.h.
 //
 // Numbers and ids: a shape's number is its index in MyShapes; references
 // between shapes (parent, children, link lines) are numbers. A shape's id is
@@ -16,9 +23,12 @@
 
 #include "cad/canvas/grid.h"
 #include "cad/canvas/layers.h"
+#include "cad/canvas/mycad_events.h"
 #include "cad/canvas/shape_id_index.h"
 #include "cad/canvas/shape_index.h"
 #include "cad/canvas/undo_history.h"
+#include "cad/canvas/undo_scope.h"
+#include "cad/canvas/units.h"
 #include "cad/enums.h"
 #include "cad/persistence/userdata.h"
 #include "cad/shapes/shape.h"
@@ -32,33 +42,7 @@
 #include <memory>
 #include <vector>
 
-
-
 namespace faroven {
-
-// ---- Event types ---------------------------------------------------------------
-using TActionToolToSelecting = std::function<void()>;
-using TChildhapeSelected = std::function<void(TMyShape* SelectedChildShape, bool& AcceptSelect)>;
-using TLayerOp = std::function<void(int LayerId, const QString& LayerName, bool Visible)>;
-using TEnterLeaveShape = std::function<void(TMyShape* AShape)>;
-using TNodeAdded = std::function<void(TMyShape*& AShape, int NewPointIndex)>;
-using TNodeDeleted = std::function<void(TMyShape*& AShape, int DeletedPointIndex)>;
-using TShapeAdded = std::function<void(TMyShape*& AShape, int ShapeCount)>;
-using TShapeCodeDraggingSizing = std::function<void(TMyShape* AShape, float dx, float dy)>;
-using TShapeCodeRotating = std::function<void(TMyShape* AShape, float AAngle)>;
-using TShapeDeleted = std::function<void(TMyShape* AShape)>;
-using TShapeMouseDraggingSizingRotating = std::function<void(TMyShape* AShape, TPoint FromPoint, TPoint& ToPoint)>;
-using TShapeSelected = std::function<void(TMyShape* LastSelectedShape, TMyShape* SelectedShape)>;
-using TWholeDragOperation = std::function<void()>;
-
-// ---- Units ----------------------------------------------------------------------------------------
-// "px", "mm", "cm", "dm", "m" or "in".
-QString UnitAbbreviation(TUnits unit);
-// A length in pixels at zoom 1 in a unit, through the screen's resolution,
-// divided by ratio (a ratio that is zero, negative or not a number counts as 1).
-double PixelsToUnit(double pixels, TUnits unit, double ratio);
-// The inverse of PixelsToUnit.
-double UnitToPixels(double value, TUnits unit, double ratio);
 
 class TMyCAD : public TGraphicControl {
     Q_OBJECT
@@ -124,7 +108,7 @@ public:
     explicit TMyCAD(QWidget* owner = nullptr);
     ~TMyCAD() override;
 
-    // ==== Published properties ===========================================================
+    // ==== Published properties (setters in mycad_core.cpp and by concern) ============================
     TArcMode ArcMode() const { return m_arcMode; }
     void SetArcMode(TArcMode v) { m_arcMode = v; }
     int ArrowAngle() const { return m_arrowAngle; }
@@ -255,7 +239,7 @@ public:
     // resolution times the zoom. Setting the current value changes nothing.
     void SetZoom(double zoom);
 
-    // ==== Published events ===================================================================
+    // ==== Published events =======================================================================
     TActionToolToSelecting OnActionToolToSelecting;
     TChildhapeSelected OnChildShapeSelected;
     TLayerOp OnDeleteLayer;
@@ -278,7 +262,7 @@ public:
     TShapeSelected OnShapeSelected;
     TWholeDragOperation OnWholeDragged;
 
-    // ==== Unpublished state =================================================================
+    // ==== Unpublished state ======================================================================
     QString DiskFileVersion() const { return m_diskFileVersion; }
     void SetDiskFileVersion(const QString& v) { m_diskFileVersion = v; }
     double PreZoom() const { return m_preZoom; }
@@ -302,7 +286,7 @@ public:
     int LinkHotShapeNo() const { return m_linkHotShapeNo; }
     int LinkHotPointIndex() const { return m_linkHotPointIndex; }
 
-    // ==== Shape registry =====================================================================
+    // ==== Shape registry (mycad_core.cpp) ========================================================
     // Appends the shape at the end of MyShapes. Unless keepLayer, the shape goes
     // on the current layer; unless noCount, the id counter counts up. Id, number
     // and name are the caller's to set first (see AddNewShape). Without any
@@ -331,7 +315,7 @@ public:
     int GetSelectedShapesCount() const { return int(m_workingShapes.size()); }
     int GetWorkingShapesCount() const { return int(m_workingShapes.size()); }
 
-    // ==== Shape deletion and renumbering ==========================================================
+    // ==== Deletion and renumbering (mycad_delete.cpp) ============================================
     // Deletes the shape with the id (the last one, as GetShapeNoById finds it)
     // together with its members, recursively. A Locked shape or an unknown id:
     // false, nothing changes. The shapes leave the selection and MyShapes, every
@@ -351,7 +335,7 @@ public:
     // taken out, in their old order, not freed.
     std::vector<TMyShape*> remapShapeNumbers(const std::vector<int>& oldToNew);
 
-    // ==== Undo and redo (mycad_undo.cpp) =====================================================
+    // ==== Undo and redo (mycad_undo.cpp) =========================================================
     // Records one step under the action name: copies of the shapes (with
     // their members, recursively, for "ACT_DELETE" and "ACT_CHANGE"; with the
     // direct members of a root group for "ACT_UNGROUP"; only the first shape
@@ -377,7 +361,7 @@ public:
     // none is given), or nil for a name that is not a shape class.
     TMyShape* CreateShapeByName(const QString& className, TMyCAD* canvas = nullptr) const;
 
-    // ==== Arrangement (mycad_arrange.cpp) =====================================================
+    // ==== Arrangement (mycad_arrange.cpp) ========================================================
     // Groups visible root shapes of one layer under a new TMyGroup (their
     // common box, named "Shape" + id, text point 10 units below), which
     // becomes the only selected and the current shape. The group's id, or -1
@@ -442,7 +426,7 @@ public:
     bool UndoRestoresWholeGroup() const { return m_undoRestoresWholeGroup; }
     void SetUndoRestoresWholeGroup(bool v) { m_undoRestoresWholeGroup = v; }
 
-    // ==== Selection and region tests =========================================================
+    // ==== Selection and region tests (mycad_selection.cpp) =======================================
     void AddWorkingShapes(TMyShape* shape);
     void RemoveWorkingShape(TMyShape* shape);
     void RemoveAllWorkingShapes();
@@ -458,7 +442,7 @@ public:
     // Not visible: false; else the shape's or any descendant's IsClickedMe.
     bool IsClickedMeforShape(TCanvas* canvas, TMyShape* shape, TPoint point);
 
-    // ==== Layers ===============================================================================
+    // ==== Layers (mycad_layers.cpp) ==============================================================
     int NewLayer(const QString& name, bool visible);
     uint8_t GetLayersCount() const { return uint8_t(m_layers.Count()); }
     int GetLayerNoById(int id) const { return m_layers.IndexOfId(id); }
@@ -482,7 +466,7 @@ public:
     void SelectAllShapesByLayerId(int id);
     const TLayerTable& Layers() const { return m_layers; }
 
-    // ---- Layers: deletion, merging and the layer rules of picking -----------------------------
+    // ---- Layers: deletion, merging and the layer rules of picking -------------------------------
     // Empties the selection and clears the current shape; false for an unknown
     // id. Otherwise every root shape of the layer is unlocked and deleted with
     // its members (DeleteShapeById); when the last deletion succeeded (or there
@@ -505,7 +489,7 @@ public:
     // rule: picking (which asks it for roots) and hover feedback use it.
     bool IsShapePickable(const TMyShape* shape) const;
 
-    // ==== Page, zoom, grid and background =====================================================
+    // ==== Page, zoom, grid and background (mycad_page.cpp) =======================================
     TPageStyle GetPageStyleByWH(uint32_t width, uint32_t height) const;
     // Control pixel point to the user's coordinates by XYMode.
     TPoint GetPointByMode(TPoint p) const;
@@ -514,7 +498,7 @@ public:
     void DrawGrid(TBitmap* bitmap, const TRect& rect);
     void DrawBkBitmap(TBitmap* bitmap, int dx, int dy);
 
-    // ---- Snapping and page bounds (pixels of the control) ------------------------------------
+    // ---- Snapping and page bounds, in pixels of the control (mycad_snap.cpp) --------------------
     // With Snap, each coordinate within SnapPixels of a grid line moves onto it.
     // When neither did and SnapShape is on, the point moves onto the nearest
     // edge of another root shape within SnapPixels. True when the point moved
@@ -532,7 +516,7 @@ public:
     // far as it fits (a rectangle wider than the page keeps its left edge on it).
     TPoint ClampOffsetToPage(const TRect& bounds, TPoint offset) const;
 
-    // ---- Lengths in the user's unit -------------------------------------------------------------
+    // ---- Lengths in the user's unit (mycad_units.cpp) -------------------------------------------
     // A length in drawing units (pixels at zoom 1; divide control pixels by
     // Zoom first) as a value in TheUNIT: through the screen's pixels per inch
     // for the paper units, then divided by Ratio (paper units per real unit;
@@ -543,7 +527,7 @@ public:
     // "px", "mm", "cm", "dm", "m" or "in" for TheUNIT.
     QString UnitAbbreviation() const;
 
-    // ==== Painting ===============================================================================
+    // ==== Painting (mycad_paint.cpp) =============================================================
     void Paint() override;
     void DrawAll(const TRect& rect);
     void DrawAllShape(TCanvas* canvas, const TRect& rect);
@@ -556,7 +540,7 @@ public:
     // Called by a shape when it changes; schedules a repaint.
     void ShapeChanged(TMyShape* shape);
 
-    // ---- Mouse feedback: cross-hair and hover ---------------------------------------------------
+    // ---- Mouse feedback: cross-hair and hover (mycad_mouse.cpp) ---------------------------------
     // Tracks the mouse for the cross-hair and the hover frame, then runs the inherited handler.
     void MouseMove(TShiftState Shift, int X, int Y) override;
     void MouseLeave() override;
@@ -565,37 +549,58 @@ public:
     // The root shape under the mouse that gets hover feedback (MouseEffect), or nil.
     TMyShape* HoverShape() const { return m_hoverShape; }
 
+    // ==== Picking and the spatial index (mycad_picking.cpp) ======================================
+    // Painting and picking find shapes through a grid of pixel boxes that
+    // follows every change the shapes report.
+    // The shape that a press at a pixel point picks: from the top-most shape
+    // down, shapes on visible layers (and on the current layer unless
+    // OperateAllLayer) that IsClickedMeforShape reports hit; of those the
+    // top-most parentless TMyLineLinkLine wins, and only when there is none the
+    // top-most parentless other shape. Children are never picked by themselves
+    // (their root is, through them). nullptr when nothing is hit. Selected
+    // shapes are candidates too: a press first tries the selection, so by the
+    // time it looks for a new pick no selected shape is under the mouse.
+    TMyShape* GetShapeAtPoint(TPoint point);
+    // An immutable copy of Font that new shapes share until their own Font()
+    // is asked for; renewed when the canvas's font has changed since.
+    std::shared_ptr<const TFont> SharedShapeFont();
+    // Heap bytes of the spatial index (memory accounting in benchmarks).
+    size_t ShapeIndexMemoryBytes() const { return m_shapeIndex.MemoryBytes(); }
+
 protected:
     void Notification(QObject* component, TOperation operation) override;
 
 private:
+    // Shapes report changes, ids and their end to the canvas (picking index, id table).
+    friend class TMyShape;
+
+    // ---- Core and registry (mycad_core.cpp) -----------------------------------------------------
     void sizeControl();
+    // Shapes were placed other than by appending: the id table is rebuilt when next needed.
+    void shapeIdsChanged();
+    // A shape's id changed; one that is not in the list yet is entered when it is added.
+    void shapeIdChanged(TMyShape* shape);
+    mutable TShapeIdIndex m_idIndex;
+
+    // ---- Painting (mycad_paint.cpp) -------------------------------------------------------------
     void drawShapeTree(TCanvas* canvas, TMyShape* shape);
     void drawLinkHotTree(TCanvas* canvas, TMyShape* shape);
-    void offsetShapeTree(TMyShape* shape, double dx, double dy);
+
+    // ---- Selection and region tests (mycad_selection.cpp) ---------------------------------------
     bool anyPointIn(const TRect& rect, TMyShape* shape);
     TMyRect zoomedBounds(TMyShape* shape) const;
+
+    // ---- Layers (mycad_layers.cpp) --------------------------------------------------------------
     void setLayerVisible(int index, bool visible);
 
-    // ---- Deletion, snapping and mouse feedback internals ---------------------------------------
-    // Undo recording of shapes about to be deleted ("ACT_DELETE").
+    // ---- Deletion (mycad_delete.cpp) ------------------------------------------------------------
     void recordDeletion(const std::vector<TMyShape*>& shapes);
     // Deletes shapes of MyShapes with their members in one renumbering, as
     // DeleteShapeById does; Locked ones are skipped unless evenLocked (taking
     // a step back). True when none was skipped.
     bool deleteShapes(const std::vector<TMyShape*>& roots, bool recordUndo, bool evenLocked = false);
-    void collectTree(TMyShape* shape, std::vector<TMyShape*>& out) const;
-    // Best offsets (value - edge) towards other root shapes' edges; false per axis when none.
-    void shapeSnapOffsets(double x, double y, bool skipSelection, double& offX, bool& hasX, double& offY,
-                          bool& hasY);
-    // The top-most pickable root shape hit at the pixel point, or nil.
-    TMyShape* hoverShapeAt(TPoint p);
-    void setHoverShape(TMyShape* shape);
-    void invalidateCrossHair();
-    TRect hoverFrame(TMyShape* shape);
-    void drawMouseFeedback(TCanvas* canvas);
 
-    // ---- Undo and arrangement internals -------------------------------------------------------
+    // ---- Undo and redo (mycad_undo.cpp) ---------------------------------------------------------
     std::unique_ptr<TMyShape> snapshotOf(const TMyShape* shape) const;
     TUndoRecord recordOf(const TMyShape* shape, const QString& action, int step) const;
     // Records exactly these shapes as one step (no members added).
@@ -606,6 +611,11 @@ private:
     TMyShape* shapeById(int id) const;
     TRedoStep takeBack(std::vector<TUndoRecord>& step);
     void redoStep(const TRedoStep& step);
+    TUndoHistory m_undo;
+    bool m_redoing = false;
+    bool m_undoRestoresWholeGroup = false;
+
+    // ---- Arrangement (mycad_arrange.cpp) --------------------------------------------------------
     bool isRootInList(const TMyShape* shape) const;
     void moveAcrossRoots(TMyShape* shape, bool toFront);
     void alignWorkingShapes(TMyPoint (*offset)(const TMyRect& box, const TMyRect& own));
@@ -613,13 +623,54 @@ private:
     void flipShapes(const std::vector<TMyShape*>& shapes, bool horizontal);
     // GroupShapes with a group of the named class (TMyGroup or a descendant).
     int groupShapes(const std::vector<TMyShape*>& shapes, bool recordUndo, const QString& groupClass);
-
-    mutable TShapeIdIndex m_idIndex;
-    TUndoHistory m_undo;
-    bool m_redoing = false;
     bool m_busy = false;
-    bool m_undoRestoresWholeGroup = false;
 
+    // ---- Snapping (mycad_snap.cpp) --------------------------------------------------------------
+    // Best offsets (value - edge) towards other root shapes' edges; false per axis when none.
+    void shapeSnapOffsets(double x, double y, bool skipSelection, double& offX, bool& hasX, double& offY,
+                          bool& hasY);
+
+    // ---- Mouse feedback (mycad_mouse.cpp) -------------------------------------------------------
+    // The top-most pickable root shape hit at the pixel point, or nil.
+    TMyShape* hoverShapeAt(TPoint p);
+    void setHoverShape(TMyShape* shape);
+    void invalidateCrossHair();
+    TRect hoverFrame(TMyShape* shape);
+    void drawMouseFeedback(TCanvas* canvas);
+    // Drawn by Paint in exclusive-or on top.
+    bool m_mouseInside = false;
+    TPoint m_mousePoint;
+    TMyShape* m_hoverShape = nullptr;  // not owned
+
+public:
+
+    // ---- Picking and the spatial index (mycad_picking.cpp) --------------------------------------
+    // Bookkeeping called by shapes: a changed shape is looked at again before
+    // the next paint or pick; a destroyed one leaves the index at once.
+    void markShapeDirty(TMyShape* shape);
+    void shapeDestroyed(TMyShape* shape);
+    // Brings the index up to date with the shapes, the list and the zoom.
+    void syncShapeIndex();
+    void rebuildShapeIndex();
+    TRect indexBoxOf(TMyShape* shape);
+    void indexShape(TMyShape* shape, const TRect& box, int pos);
+    // The position of an indexed shape in MyShapes (the stored one when it
+    // still holds), or -1 when the list has changed behind the index's back
+    // (the caller then rebuilds it).
+    int indexedListPos(int slot, int storedPos) const;
+    TMyShape* pickByScan(TPoint point);
+    // Root shapes (by position in MyShapes, ascending) whose subtree has a box
+    // meeting the rectangle; false when the index had to be rebuilt first.
+    bool rootsMeeting(const TRect& rect, std::vector<int>& roots);
+
+    TShapeIndex m_shapeIndex;
+    double m_indexZoom = 0;
+    int m_indexHotSize = -1;
+    size_t m_indexListSize = 0;
+    bool m_indexBuilt = false;
+    std::shared_ptr<const TFont> m_sharedShapeFont;
+
+    // ---- Published fields and the canvas's state ------------------------------------------------
     // Published fields, in the order of the property list.
     TArcMode m_arcMode = amCircle;
     int m_arrowAngle = 10;
@@ -702,77 +753,6 @@ private:
     std::vector<TMyShape*> m_workingShapes;
     TLayerTable m_layers;
     TActionTools m_action = dtSelecting;
-
-    // Mouse feedback state (drawn by Paint in exclusive-or on top).
-    bool m_mouseInside = false;
-    TPoint m_mousePoint;
-    TMyShape* m_hoverShape = nullptr;  // not owned
-
-    // ==== Picking, spatial index and shared shape font (mycad_picking.cpp) ======
-    // Kept in one block: painting and picking find shapes through a grid of
-    // pixel boxes that follows every change the shapes report.
-public:
-    // The shape that a press at a pixel point picks: from the top-most shape
-    // down, shapes on visible layers (and on the current layer unless
-    // OperateAllLayer) that IsClickedMeforShape reports hit; of those the
-    // top-most parentless TMyLineLinkLine wins, and only when there is none the
-    // top-most parentless other shape. Children are never picked by themselves
-    // (their root is, through them). nullptr when nothing is hit. Selected
-    // shapes are candidates too: a press first tries the selection, so by the
-    // time it looks for a new pick no selected shape is under the mouse.
-    TMyShape* GetShapeAtPoint(TPoint point);
-    // An immutable copy of Font that new shapes share until their own Font()
-    // is asked for; renewed when the canvas's font has changed since.
-    std::shared_ptr<const TFont> SharedShapeFont();
-    // Heap bytes of the spatial index (memory accounting in benchmarks).
-    size_t ShapeIndexMemoryBytes() const { return m_shapeIndex.MemoryBytes(); }
-
-private:
-    friend class TMyShape;
-    // Shapes were placed other than by appending: the id table is rebuilt when next needed.
-    void shapeIdsChanged();
-    // A shape's id changed; one that is not in the list yet is entered when it is added.
-    void shapeIdChanged(TMyShape* shape);
-    // Bookkeeping called by shapes: a changed shape is looked at again before
-    // the next paint or pick; a destroyed one leaves the index at once.
-    void markShapeDirty(TMyShape* shape);
-    void shapeDestroyed(TMyShape* shape);
-    // Brings the index up to date with the shapes, the list and the zoom.
-    void syncShapeIndex();
-    void rebuildShapeIndex();
-    TRect indexBoxOf(TMyShape* shape);
-    void indexShape(TMyShape* shape, const TRect& box, int pos);
-    // The position of an indexed shape in MyShapes (the stored one when it
-    // still holds), or -1 when the list has changed behind the index's back
-    // (the caller then rebuilds it).
-    int indexedListPos(int slot, int storedPos) const;
-    TMyShape* pickByScan(TPoint point);
-    // Root shapes (by position in MyShapes, ascending) whose subtree has a box
-    // meeting the rectangle; false when the index had to be rebuilt first.
-    bool rootsMeeting(const TRect& rect, std::vector<int>& roots);
-
-    TShapeIndex m_shapeIndex;
-    double m_indexZoom = 0;
-    int m_indexHotSize = -1;
-    size_t m_indexListSize = 0;
-    bool m_indexBuilt = false;
-    std::shared_ptr<const TFont> m_sharedShapeFont;
-    // ==== End of the picking block ================================================
-};
-
-// Makes an edit by code one undo step: records "ACT_CHANGE" for the shapes
-// when made, and re-routes their link lines and repaints when it goes.
-//     { TUndoChangeScope step(cad, {shape}); shape->SetAngle(0.5); }
-class TUndoChangeScope {
-public:
-    TUndoChangeScope(TMyCAD& canvas, std::vector<TMyShape*> shapes);
-    ~TUndoChangeScope();
-    TUndoChangeScope(const TUndoChangeScope&) = delete;
-    TUndoChangeScope& operator=(const TUndoChangeScope&) = delete;
-
-private:
-    TMyCAD& m_canvas;
-    std::vector<TMyShape*> m_shapes;
 };
 
 }  // namespace faroven

@@ -2,6 +2,7 @@
 // and even spacing, flipping, locking and resizing by code, and applying a
 // move or a resize to a shape together with its members.
 #include "cad/canvas/mycad.h"
+#include "cad/canvas/mycad_p.h"
 
 #include "cad/geometry/geometry.h"
 #include "cad/shapes/rectangle.h"
@@ -37,8 +38,7 @@ TMyRect TMyCAD::GetShapesLTRBinZoom(const std::vector<TMyShape*>& shapes, int la
 
 void TMyCAD::DragChangeValueDxDyforShapes(TMyShape* shape, double dx, double dy) {
     if (!shape) return;
-    std::vector<TMyShape*> tree;
-    collectTree(shape, tree);
+    const std::vector<TMyShape*> tree = canvas_detail::shapeTree(*this, shape);
     for (TMyShape* s : tree) s->DragChangeValuedxdy(dx, dy);
 }
 
@@ -53,8 +53,7 @@ void TMyCAD::SizeChangeValueforShapes(TMyShape* shape, TPoint from, TPoint to) {
     const double w = double(before.right) - before.left, h = double(before.bottom) - before.top;
     const double sx = w != 0 ? (double(after.right) - after.left) / w : 1.0;
     const double sy = h != 0 ? (double(after.bottom) - after.top) / h : 1.0;
-    std::vector<TMyShape*> tree;
-    collectTree(shape, tree);
+    const std::vector<TMyShape*> tree = canvas_detail::shapeTree(*this, shape);
     for (size_t i = 1; i < tree.size(); ++i) {
         tree[i]->SizeChangeValueByScale(sx, sy, TMyPoint{before.left, before.top});
         tree[i]->DragChangeValuedxdy(double(after.left) - before.left, double(after.top) - before.top);
@@ -298,8 +297,7 @@ void TMyCAD::flipShapes(const std::vector<TMyShape*>& shapes, bool horizontal) {
     PushtoUndoRedoShapeList(flipped, QString::fromLatin1(ACT_CHANGE));
     for (TMyShape* shape : flipped) {
         const TMyPoint axis = shape->GetCenterPoint();
-        std::vector<TMyShape*> tree;
-        collectTree(shape, tree);
+        const std::vector<TMyShape*> tree = canvas_detail::shapeTree(*this, shape);
         for (TMyShape* s : tree) {
             const TMyPoint own = s->GetCenterPoint();
             if (horizontal) {
@@ -322,8 +320,7 @@ void TMyCAD::FlipVert(const std::vector<TMyShape*>& shapes) { flipShapes(shapes,
 
 void TMyCAD::LockUnLockforShapes(TMyShape* shape, bool locked) {
     if (!shape) return;
-    std::vector<TMyShape*> tree;
-    collectTree(shape, tree);
+    const std::vector<TMyShape*> tree = canvas_detail::shapeTree(*this, shape);
     for (TMyShape* s : tree) s->SetLocked(locked);
     Invalidate();
 }

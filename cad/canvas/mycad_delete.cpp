@@ -2,6 +2,7 @@
 // MyShapes is reordered or shortened and every number reference between
 // shapes (parent, members, attached link lines, a link line's ends) follows.
 #include "cad/canvas/mycad.h"
+#include "cad/canvas/mycad_p.h"
 
 #include <stdexcept>
 #include <unordered_set>
@@ -59,8 +60,8 @@ std::vector<TMyShape*> TMyCAD::remapShapeNumbers(const std::vector<int>& oldToNe
     return removed;
 }
 
-void TMyCAD::collectTree(TMyShape* shape, std::vector<TMyShape*>& out) const {
-    // Depth first, the shape before its members; a damaged member list cannot loop.
+std::vector<TMyShape*> canvas_detail::shapeTree(const TMyCAD& cad, TMyShape* shape) {
+    std::vector<TMyShape*> out;
     std::unordered_set<TMyShape*> seen;
     std::vector<TMyShape*> stack{shape};
     while (!stack.empty()) {
@@ -69,8 +70,9 @@ void TMyCAD::collectTree(TMyShape* shape, std::vector<TMyShape*>& out) const {
         if (!s || !seen.insert(s).second) continue;
         out.push_back(s);
         const std::vector<int32_t>& children = s->ChildShapeNos();
-        for (size_t i = children.size(); i-- > 0;) stack.push_back(GetShapeByNo(children[i]));
+        for (size_t i = children.size(); i-- > 0;) stack.push_back(cad.GetShapeByNo(children[i]));
     }
+    return out;
 }
 
 void TMyCAD::recordDeletion(const std::vector<TMyShape*>& shapes) {
@@ -102,7 +104,8 @@ bool TMyCAD::deleteShapes(const std::vector<TMyShape*>& roots, bool recordUndo, 
 
     // Each shape with its members, once even when a member was given as well.
     std::vector<TMyShape*> doomed;
-    for (TMyShape* shape : chosen) collectTree(shape, doomed);
+    for (TMyShape* shape : chosen)
+        for (TMyShape* s : canvas_detail::shapeTree(*this, shape)) doomed.push_back(s);
     std::unordered_set<TMyShape*> gone;
     std::vector<TMyShape*> ordered;
     for (TMyShape* s : doomed)

@@ -3,6 +3,7 @@
 // are kept as state here and drawn by Paint in exclusive-or on top of
 // everything, since a Qt widget draws only while it paints.
 #include "cad/canvas/mycad.h"
+#include "cad/canvas/mycad_p.h"
 
 #include "cad/geometry/geometry.h"
 #include "cad/geometry/markers.h"
@@ -55,8 +56,7 @@ void TMyCAD::invalidateCrossHair() {
 
 // The zoomed bounds of the shape's points and its members', grown a little.
 TRect TMyCAD::hoverFrame(TMyShape* shape) {
-    std::vector<TMyShape*> tree;
-    collectTree(shape, tree);
+    const std::vector<TMyShape*> tree = canvas_detail::shapeTree(*this, shape);
     TArrMyPoint points;
     for (TMyShape* s : tree)
         for (int i = 0; i < s->GetPointsCount(); ++i) points.push_back(s->GetPointInZoom(i));

@@ -6,6 +6,7 @@
 // recording off. Each take-back leaves a redo step behind that runs the
 // operation again (recording it anew); any other recorded edit drops them.
 #include "cad/canvas/mycad.h"
+#include "cad/canvas/mycad_p.h"
 
 #include "cad/shapes/line.h"
 #include "cad/shapes/shape_factory.h"
@@ -99,8 +100,7 @@ void TMyCAD::PushtoUndoRedoShapeList(const std::vector<TMyShape*>& shapes, const
         TMyShape* shape = shapes[i];
         if (!shape) continue;
         if (withMembers) {
-            std::vector<TMyShape*> tree;
-            collectTree(shape, tree);
+            const std::vector<TMyShape*> tree = canvas_detail::shapeTree(*this, shape);
             for (TMyShape* s : tree) record(s);
         } else {
             record(shape);
@@ -145,8 +145,7 @@ TRedoStep TMyCAD::takeBack(std::vector<TUndoRecord>& step) {
     for (size_t k = step.size(); k-- > 0;) {
         if (!isAction(step[k].Action, ACT_ADD)) continue;
         if (TMyShape* live = shapeById(step[k].Snapshot->GetShapeId())) {
-            std::vector<TMyShape*> tree;
-            collectTree(live, tree);
+            const std::vector<TMyShape*> tree = canvas_detail::shapeTree(*this, live);
             for (TMyShape* s : tree) keepForRedo(s, ACT_ADD);
             added.push_back(live);
         }
