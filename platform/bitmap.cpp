@@ -44,14 +44,16 @@ void TBitmap::SetSize(int width, int height) {
     height = std::max(height, 0);
     if (width == Width() && height == Height()) return;
     endPainting();
+    m_width = width;
+    m_height = height;
     if (width == 0 || height == 0) {
         m_image = QImage();
     } else {
         QImage next(width, height, qtFormat());
         next.fill(Qt::white);
         if (!m_image.isNull()) {
-            const int rowBytes = std::min(width, Width()) * BytesPerPixel();
-            for (int y = 0; y < std::min(height, Height()); ++y)
+            const int rowBytes = std::min(width, m_image.width()) * BytesPerPixel();
+            for (int y = 0; y < std::min(height, m_image.height()); ++y)
                 std::memcpy(next.scanLine(y), m_image.constScanLine(y), size_t(rowBytes));
         }
         m_image = next;
@@ -69,15 +71,15 @@ void TBitmap::SetPixelFormat(TPixelFormat format) {
 
 uint8_t* TBitmap::ScanLine(int row) {
     endPainting();
-    if (row < 0 || row >= Height())
-        throw EInvalidGraphic(QStringLiteral("Scan line index %1 out of range (height %2)").arg(row).arg(Height()));
+    if (row < 0 || row >= m_image.height())
+        throw EInvalidGraphic(QStringLiteral("Scan line index %1 out of range (%2 rows of pixels)").arg(row).arg(m_image.height()));
     return m_image.scanLine(row);
 }
 
 const uint8_t* TBitmap::ScanLine(int row) const {
     endPainting();
-    if (row < 0 || row >= Height())
-        throw EInvalidGraphic(QStringLiteral("Scan line index %1 out of range (height %2)").arg(row).arg(Height()));
+    if (row < 0 || row >= m_image.height())
+        throw EInvalidGraphic(QStringLiteral("Scan line index %1 out of range (%2 rows of pixels)").arg(row).arg(m_image.height()));
     return m_image.constScanLine(row);
 }
 
@@ -107,6 +109,8 @@ const QImage& TBitmap::Image() const {
 void TBitmap::SetImage(const QImage& image) {
     endPainting();
     m_image = image.isNull() ? QImage() : image.convertToFormat(qtFormat());
+    m_width = m_image.width();
+    m_height = m_image.height();
     if (OnChange) OnChange(this);
 }
 
@@ -114,6 +118,7 @@ void TBitmap::Assign(const TPersistent* source) {
     if (source == nullptr) {
         endPainting();
         m_image = QImage();
+        m_width = m_height = 0;
         return;
     }
     if (auto other = dynamic_cast<const TBitmap*>(source)) {
@@ -122,6 +127,8 @@ void TBitmap::Assign(const TPersistent* source) {
         other->endPainting();
         m_format = other->m_format;
         m_image = other->m_image.copy();
+        m_width = other->m_width;
+        m_height = other->m_height;
         m_transparent = other->m_transparent;
         m_transparentColor = other->m_transparentColor;
         m_transparentMode = other->m_transparentMode;
@@ -135,7 +142,8 @@ void TBitmap::SaveToStream(TStream& stream) const {
     endPainting();
     const int bpp = m_format == pf24bit ? 24 : 32;
     const int bytes = bpp / 8;
-    const int w = Width(), h = Height();
+    // The pixels as they are: an empty bitmap is saved as 0 x 0.
+    const int w = m_image.width(), h = m_image.height();
     const int rowSize = ((w * bytes) + 3) & ~3;
     const int imageSize = rowSize * h;
     QByteArray data(kFileHeaderSize + kInfoHeaderSize + imageSize, '\0');
@@ -183,6 +191,8 @@ void TBitmap::LoadFromStream(TStream& stream) {
     endPainting();
     m_format = bitCount == 24 ? pf24bit : bitCount == 32 ? pf32bit : pfDevice;
     m_image = image.convertToFormat(qtFormat());
+    m_width = m_image.width();
+    m_height = m_image.height();
     if (OnChange) OnChange(this);
 }
 

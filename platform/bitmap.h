@@ -35,8 +35,11 @@ public:
     TBitmap(const TBitmap&) = delete;
     TBitmap& operator=(const TBitmap&) = delete;
 
-    int Width() const { return m_image.width(); }
-    int Height() const { return m_image.height(); }
+    // The size as set. While one side is 0 the bitmap has no pixels (Empty),
+    // but the other side is kept, so that SetWidth(w) then SetHeight(h) gives
+    // a w x h bitmap in either order.
+    int Width() const { return m_image.isNull() ? m_width : m_image.width(); }
+    int Height() const { return m_image.isNull() ? m_height : m_image.height(); }
     void SetWidth(int w) { SetSize(w, Height()); }
     void SetHeight(int h) { SetSize(Width(), h); }
     // Resizes, keeping the overlapping pixels; new pixels are white.
@@ -49,6 +52,8 @@ public:
     int BytesPerPixel() const { return m_format == pf24bit ? 3 : 4; }
 
     // Row y of the pixels; ends any painting in progress on the bitmap's canvas.
+    // Raises EInvalidGraphic for a row outside the pixels (every row of an
+    // empty bitmap).
     uint8_t* ScanLine(int row);
     const uint8_t* ScanLine(int row) const;
 
@@ -86,6 +91,9 @@ private:
     void endPainting() const;
 
     QImage m_image;
+    // The size as set, kept while m_image is null (a side of 0).
+    int m_width = 0;
+    int m_height = 0;
     TPixelFormat m_format = pfDevice;
     bool m_transparent = false;
     TColor m_transparentColor = clDefault;

@@ -380,6 +380,30 @@ TEST(Bitmap, TwentyFourBitScanLinesAreBlueGreenRed) {
     EXPECT_THROW(bmp.ScanLine(2), EInvalidGraphic);
 }
 
+// A side of 0 leaves a bitmap without pixels but keeps the other side, so
+// that width and height set one after the other give that size in either
+// order; growing keeps the pixels and makes the new ones white.
+TEST(Bitmap, WidthAndHeightSetOneAfterTheOtherInEitherOrder) {
+    TBitmap wide;
+    wide.SetWidth(6);
+    EXPECT_TRUE(wide.Empty());
+    EXPECT_THROW(wide.ScanLine(0), EInvalidGraphic) << "no pixels yet";
+    wide.SetHeight(4);
+    TBitmap tall(0, 0, pf24bit);
+    tall.SetHeight(4);
+    tall.SetWidth(6);
+    for (TBitmap* bmp : {&wide, &tall}) {
+        EXPECT_EQ(bmp->Width(), 6);
+        EXPECT_EQ(bmp->Height(), 4);
+        EXPECT_EQ(bmp->Image().size(), QSize(6, 4));
+    }
+    tall.Canvas()->SetPixel(5, 3, clRed);
+    tall.SetWidth(9);
+    tall.SetHeight(7);
+    EXPECT_EQ(PixelAt(tall, 5, 3), clRed);
+    EXPECT_EQ(PixelAt(tall, 8, 6), clWhite);
+}
+
 TEST(Bitmap, FileHeaderLayoutIsTheStandardOne) {
     TBitmap bmp(2, 2, pf24bit);
     TMemoryStream s;

@@ -114,8 +114,6 @@ int TMyLine::InWhichHot(TPoint point) {
     return found;
 }
 
-TCursor TMyLine::GetMouseCursor(int x, int y) { return InWhichHot(TPoint{x, y}) >= 0 ? crSizeAll : crCross; }
-
 bool TMyLine::segmentHit(int i, TPoint p) const {
     const TPoint a = MyPtToPt(GetPointInZoom(i)), b = MyPtToPt(GetPointInZoom(i + 1));
     const int minX = std::min(a.x, b.x), maxX = std::max(a.x, b.x);

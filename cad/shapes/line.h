@@ -68,8 +68,6 @@ public:
     void DrawHot(TCanvas* canvas) override;
     // The index of the last point whose hot square holds the pixel, or -1.
     int InWhichHot(TPoint point) override;
-    // The move cursor over a handle, the cross elsewhere.
-    TCursor GetMouseCursor(int x, int y) override;
     bool IsClickedMe(TCanvas* canvas, TPoint point) override;
     // The same test; index receives the number of the hit segment's second
     // point (where a new point would be inserted), -1 when nothing is hit.

@@ -83,7 +83,7 @@ public:
     // The handle's position (drawing units) by the handle table; -1 gives the
     // origin turned about the centre; indices below -1 or above 7 give (0, 0).
     TMyPoint GetPoint(int index) const override;
-    // The centre of the four points.
+    // The centre of the four points, recomputed and stored at every call.
     TMyPoint GetCenterPoint() override;
     TMyPoint GetCenterPointInZoom() override;
     // "Rectangle: width 26.46 mm, height 13.23 mm, angle 30.0°" in the canvas's

@@ -8,7 +8,6 @@
 #include "platform/color.h"
 #include "platform/types.h"
 
-#include <QObject>
 #include <QString>
 #include <array>
 #include <memory>
@@ -18,11 +17,11 @@ namespace faroven {
 class TCanvas;
 class TMyShape;
 
-// Converts pixel lengths at zoom 1 (= drawing units) into the canvas's unit.
-// Kept private to the shapes: the canvas has its own unit functions.
 namespace shape_detail {
 
-// Pixels at zoom 1 to a TUnits value: the canvas's conversion (PixelsToUnit).
+// Drawing units (pixels at zoom 1) to a TUnits value. This is the canvas's
+// own conversion (PixelsToUnit in cad/canvas/mycad.h), so that a shape's
+// lengths agree with the canvas's.
 double pixelsToUnit(double pixels, TUnits unit, double ratio);
 
 // Square pixels at zoom 1 to square units of the same conversion.
