@@ -60,10 +60,24 @@ TEST_F(Deletion, UnknownIdsAndLockedShapesAreRefused) {
 }
 
 TEST_F(Deletion, TheLastShapeCarryingAnIdGoes) {
+    EXPECT_EQ(cad.GetShapeNoById(4), 4);
     shapes[4]->SetShapeId(1);
+    EXPECT_EQ(cad.GetShapeNoById(4), -1);
+    EXPECT_EQ(cad.GetShapeNoById(1), 4);
     ASSERT_TRUE(cad.DeleteShapeById(1));
     EXPECT_EQ(cad.GetShapeNoInMyShapes(shapes[1]), 1);
     EXPECT_EQ(cad.GetShapeNoInMyShapes(shapes[4]), -1);
+    EXPECT_EQ(cad.GetShapeNoById(1), 1) << "the other shape with the id is found now";
+}
+
+TEST_F(Deletion, IdsAreFoundAfterReordersAndRemovals) {
+    for (int id = 0; id < 6; ++id) ASSERT_EQ(cad.GetShapeNoById(id), id);
+    for (TMyShape* removed : cad.remapShapeNumbers({4, 3, 2, -1, 1, 0})) delete removed;
+    for (int id : {0, 1, 2, 4, 5}) EXPECT_EQ(cad.GetShapeNoById(id), cad.GetShapeNoInMyShapes(shapes[size_t(id)]));
+    EXPECT_EQ(cad.GetShapeNoById(3), -1);
+    TMyShape* added = AddBox(&cad, 0, 0, 1, 1);
+    EXPECT_EQ(cad.GetShapeNoById(added->GetShapeId()), 5);
+    EXPECT_EQ(destroyed, 1);
 }
 
 TEST_F(Deletion, AGroupGoesWithItsNestedMembersParentFirst) {

@@ -42,7 +42,7 @@ std::vector<TMyShape*> TMyCAD::remapShapeNumbers(const std::vector<int>& oldToNe
         }
     }
     m_myShapes.swap(next);
-    shapeIdsChanged();
+    for (const TMyShape* shape : removed) m_idIndex.Removed(shape);
     for (size_t i = 0; i < m_myShapes.size(); ++i) {
         TMyShape* shape = m_myShapes[i];
         if (!shape) continue;
@@ -81,11 +81,9 @@ void TMyCAD::recordDeletion(const std::vector<TMyShape*>& shapes) {
 
 bool TMyCAD::DeleteShapeById(int id, bool recordUndo) {
     if (id < 0) return false;
-    // The last shape carrying the id, as GetShapeNoById finds it, but by index
-    // so that a stale stored number cannot pick the wrong shape.
-    TMyShape* shape = nullptr;
-    for (TMyShape* s : m_myShapes)
-        if (s && s->GetShapeId() == id) shape = s;
+    // The last shape carrying the id (the id table checks that the shape
+    // still sits at its number, so a stale number cannot pick another).
+    TMyShape* shape = GetShapeByNo(GetShapeNoById(id));
     return shape && deleteShapes({shape}, recordUndo);
 }
 

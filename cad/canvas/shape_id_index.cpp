@@ -21,14 +21,32 @@ int TShapeIdIndex::NumberOf(int id, const std::vector<TMyShape*>& shapes) {
 }
 
 void TShapeIdIndex::Appended(TMyShape* shape) {
+    if (!m_valid || shape->GetShapeId() < 0) return;
     // A later shape with the same id wins, as it does in a scan.
-    if (m_valid && shape->GetShapeId() >= 0) m_shapes[shape->GetShapeId()] = shape;
+    TMyShape*& entry = m_shapes[shape->GetShapeId()];
+    if (entry) m_sharedIds = true;
+    entry = shape;
+}
+
+void TShapeIdIndex::Removed(const TMyShape* shape) {
+    if (!m_valid) return;
+    if (m_sharedIds) {
+        m_valid = false;
+        return;
+    }
+    const auto it = m_shapes.find(shape->GetShapeId());
+    if (it != m_shapes.end() && it->second == shape) m_shapes.erase(it);
 }
 
 void TShapeIdIndex::rebuild(const std::vector<TMyShape*>& shapes) {
     m_shapes.clear();
-    for (TMyShape* shape : shapes)
-        if (shape && shape->GetShapeId() >= 0) m_shapes[shape->GetShapeId()] = shape;
+    m_sharedIds = false;
+    for (TMyShape* shape : shapes) {
+        if (!shape || shape->GetShapeId() < 0) continue;
+        TMyShape*& entry = m_shapes[shape->GetShapeId()];
+        if (entry) m_sharedIds = true;
+        entry = shape;
+    }
     m_valid = true;
 }
 
