@@ -617,7 +617,8 @@ private:
 
     // ---- Arrangement (mycad_arrange.cpp) --------------------------------------------------------
     bool isRootInList(const TMyShape* shape) const;
-    void moveAcrossRoots(TMyShape* shape, bool toFront);
+    void stepAcrossRoot(TMyShape* shape, bool toFront, bool recordUndo);
+    void moveAcrossRoots(TMyShape* shape, bool toFront, bool recordUndo);
     void alignWorkingShapes(TMyPoint (*offset)(const TMyRect& box, const TMyRect& own));
     void spreadEvenly(const std::vector<TMyShape*>& shapes, bool vertical);
     void flipShapes(const std::vector<TMyShape*>& shapes, bool horizontal);

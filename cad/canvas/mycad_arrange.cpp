@@ -143,28 +143,25 @@ bool TMyCAD::isRootInList(const TMyShape* shape) const {
     return shape && !shape->HasParentShape() && GetShapeByNo(shape->ShapeNo()) == shape;
 }
 
-void TMyCAD::BringToFrontByStep(TMyShape* shape, bool recordUndo) {
+void TMyCAD::stepAcrossRoot(TMyShape* shape, bool toFront, bool recordUndo) {
     if (!isRootInList(shape)) return;
-    TMyShape* next = GetNextSingleorRootShape(shape->ShapeNo());
-    if (!next) return;
-    SwapShape(shape, next);
+    TMyShape* neighbour =
+        toFront ? GetNextSingleorRootShape(shape->ShapeNo()) : GetPrevSingleorRootShape(shape->ShapeNo());
+    if (!neighbour) return;
+    SwapShape(shape, neighbour);
     Invalidate();
-    if (recordUndo) PushtoUndoRedoShapeList({shape}, QString::fromLatin1(ACT_BRINGTOFRONTBYSTEP));
+    if (recordUndo)
+        PushtoUndoRedoShapeList({shape}, QString::fromLatin1(toFront ? ACT_BRINGTOFRONTBYSTEP : ACT_SENDTOBACKBYSTEP));
 }
 
-void TMyCAD::SendToBackByStep(TMyShape* shape, bool recordUndo) {
-    if (!isRootInList(shape)) return;
-    TMyShape* prev = GetPrevSingleorRootShape(shape->ShapeNo());
-    if (!prev) return;
-    SwapShape(shape, prev);
-    Invalidate();
-    if (recordUndo) PushtoUndoRedoShapeList({shape}, QString::fromLatin1(ACT_SENDTOBACKBYSTEP));
-}
+void TMyCAD::BringToFrontByStep(TMyShape* shape, bool recordUndo) { stepAcrossRoot(shape, true, recordUndo); }
+void TMyCAD::SendToBackByStep(TMyShape* shape, bool recordUndo) { stepAcrossRoot(shape, false, recordUndo); }
 
 // Swapping with each next root in turn moves the shape to the last root's
 // place and every root it passed one root place back; members stay. That
 // permutation is applied in one renumbering instead of one per swap.
-void TMyCAD::moveAcrossRoots(TMyShape* shape, bool toFront) {
+void TMyCAD::moveAcrossRoots(TMyShape* shape, bool toFront, bool recordUndo) {
+    if (!isRootInList(shape)) return;
     const int from = shape->ShapeNo();
     std::vector<int> places;  // root places the shape passes, in passing order
     if (toFront) {
@@ -174,31 +171,22 @@ void TMyCAD::moveAcrossRoots(TMyShape* shape, bool toFront) {
         for (int i = from - 1; i >= 0; --i)
             if (m_myShapes[size_t(i)] && !m_myShapes[size_t(i)]->HasParentShape()) places.push_back(i);
     }
-    if (places.empty()) return;
     std::vector<int> oldToNew(m_myShapes.size());
     std::iota(oldToNew.begin(), oldToNew.end(), 0);
-    oldToNew[size_t(from)] = places.back();
+    oldToNew[size_t(from)] = places.empty() ? from : places.back();
     int previous = from;
     for (int place : places) {
         oldToNew[size_t(place)] = previous;
         previous = place;
     }
-    remapShapeNumbers(oldToNew);
+    if (!places.empty()) remapShapeNumbers(oldToNew);
+    Invalidate();
+    // Recorded even when the shape was already in front (at the back).
+    if (recordUndo) PushtoUndoRedoShapeList({shape}, QString::fromLatin1(toFront ? ACT_BRINGTOFRONT : ACT_SENDTOBACK));
 }
 
-void TMyCAD::BringToFront(TMyShape* shape, bool recordUndo) {
-    if (!isRootInList(shape)) return;
-    moveAcrossRoots(shape, true);
-    Invalidate();
-    if (recordUndo) PushtoUndoRedoShapeList({shape}, QString::fromLatin1(ACT_BRINGTOFRONT));
-}
-
-void TMyCAD::SendToBack(TMyShape* shape, bool recordUndo) {
-    if (!isRootInList(shape)) return;
-    moveAcrossRoots(shape, false);
-    Invalidate();
-    if (recordUndo) PushtoUndoRedoShapeList({shape}, QString::fromLatin1(ACT_SENDTOBACK));
-}
+void TMyCAD::BringToFront(TMyShape* shape, bool recordUndo) { moveAcrossRoots(shape, true, recordUndo); }
+void TMyCAD::SendToBack(TMyShape* shape, bool recordUndo) { moveAcrossRoots(shape, false, recordUndo); }
 
 void TMyCAD::SwapShape(TMyShape* a, TMyShape* b) {
     if (!a || !b || a == b) return;

@@ -18,9 +18,23 @@ namespace faroven {
 namespace {
 bool isAction(const QString& action, const char* name) { return action == QLatin1String(name); }
 
-bool isZOrderAction(const QString& a) {
-    return isAction(a, ACT_BRINGTOFRONT) || isAction(a, ACT_SENDTOBACK) || isAction(a, ACT_BRINGTOFRONTBYSTEP) ||
-           isAction(a, ACT_SENDTOBACKBYSTEP);
+// Each z-order action with its move and the move that takes it back.
+struct ZOrderMove {
+    const char* action;
+    void (TMyCAD::*move)(TMyShape*, bool);
+    void (TMyCAD::*counter)(TMyShape*, bool);
+};
+constexpr ZOrderMove kZOrderMoves[] = {
+    {ACT_BRINGTOFRONT, &TMyCAD::BringToFront, &TMyCAD::SendToBack},
+    {ACT_SENDTOBACK, &TMyCAD::SendToBack, &TMyCAD::BringToFront},
+    {ACT_BRINGTOFRONTBYSTEP, &TMyCAD::BringToFrontByStep, &TMyCAD::SendToBackByStep},
+    {ACT_SENDTOBACKBYSTEP, &TMyCAD::SendToBackByStep, &TMyCAD::BringToFrontByStep},
+};
+
+const ZOrderMove* zOrderMove(const QString& action) {
+    for (const ZOrderMove& m : kZOrderMoves)
+        if (isAction(action, m.action)) return &m;
+    return nullptr;
 }
 }  // namespace
 
@@ -91,7 +105,7 @@ void TMyCAD::PushtoUndoRedoShapeList(const std::vector<TMyShape*>& shapes, const
         if (r.Snapshot) m_undo.Append(std::move(r));
     };
 
-    if (isAction(action, ACT_GROUP) || isZOrderAction(action)) {
+    if (isAction(action, ACT_GROUP) || zOrderMove(action)) {
         record(shapes.front());
         return;
     }
@@ -185,18 +199,9 @@ TRedoStep TMyCAD::takeBack(std::vector<TUndoRecord>& step) {
                 if (TMyShape* member = GetShapeByNo(no)) keepForRedo(member, ACT_GROUP);
             live->SetLocked(false);  // the group shape goes anyway
             UnGroupShape(live, false);
-        } else if (isAction(action, ACT_BRINGTOFRONT)) {
-            SendToBack(live, false);
-            keepForRedo(live, ACT_BRINGTOFRONT);
-        } else if (isAction(action, ACT_SENDTOBACK)) {
-            BringToFront(live, false);
-            keepForRedo(live, ACT_SENDTOBACK);
-        } else if (isAction(action, ACT_BRINGTOFRONTBYSTEP)) {
-            SendToBackByStep(live, false);
-            keepForRedo(live, ACT_BRINGTOFRONTBYSTEP);
-        } else if (isAction(action, ACT_SENDTOBACKBYSTEP)) {
-            BringToFrontByStep(live, false);
-            keepForRedo(live, ACT_SENDTOBACKBYSTEP);
+        } else if (const ZOrderMove* z = zOrderMove(action)) {
+            (this->*z->counter)(live, false);
+            keepForRedo(live, action);
         }
     }
     for (TMyShape* shape : changed) ChangeLinkShapes(shape);
@@ -293,12 +298,10 @@ void TMyCAD::redoStep(const TRedoStep& step) {
             m_undo.ReplaceShapeId(former.Snapshot->GetShapeId(), newId);
         }
     } else if (!live.empty()) {
-        TMyShape* shape = live.front();
-        if (isAction(action, ACT_UNGROUP)) UnGroupShape(shape, true);
-        else if (isAction(action, ACT_BRINGTOFRONT)) BringToFront(shape, true);
-        else if (isAction(action, ACT_SENDTOBACK)) SendToBack(shape, true);
-        else if (isAction(action, ACT_BRINGTOFRONTBYSTEP)) BringToFrontByStep(shape, true);
-        else if (isAction(action, ACT_SENDTOBACKBYSTEP)) SendToBackByStep(shape, true);
+        if (isAction(action, ACT_UNGROUP))
+            UnGroupShape(live.front(), true);
+        else if (const ZOrderMove* z = zOrderMove(action))
+            (this->*z->move)(live.front(), true);
     }
 }
 
