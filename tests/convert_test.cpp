@@ -12,20 +12,14 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+#include "support/test_support.h"
 #include "tests/text_printers.h"
 
 using namespace faroven;
 
 namespace {
 
-QString convertMessage(const std::function<void()>& f) {
-    try {
-        f();
-    } catch (const EConvertError& e) {
-        return e.Message();
-    }
-    return QStringLiteral("<no EConvertError>");
-}
+QString convertMessage(const std::function<void()>& f) { return test::MessageOf<EConvertError>(f); }
 
 // ---------------------------------------------------------------- separator
 
@@ -226,22 +220,13 @@ TEST(TextFileReader, OverlongLineRaisesNamingTheFile) {
     TTextFileReader reader(QByteArray("ok\n") + QByteArray(100, 'x') + "\n", QStringLiteral("big.dxf"));
     reader.SetMaxLineLength(64);
     EXPECT_EQ(reader.ReadLine(), QByteArray("ok"));
-    try {
-        reader.ReadLine();
-        FAIL() << "no error";
-    } catch (const EInOutError& e) {
-        EXPECT_EQ(e.Message(), QStringLiteral("Line 2 of \"big.dxf\" is longer than 64 bytes"));
-    }
+    EXPECT_EQ(test::MessageOf<EInOutError>([&] { reader.ReadLine(); }),
+              QStringLiteral("Line 2 of \"big.dxf\" is longer than 64 bytes"));
 }
 
 TEST(TextFileReader, MissingFileRaisesNamingIt) {
     const QString name = QDir::temp().filePath(QStringLiteral("faroven-no-such-dir/none.txt"));
-    try {
-        TTextFileReader reader(name);
-        FAIL() << "no error";
-    } catch (const EInOutError& e) {
-        EXPECT_TRUE(e.Message().contains(name)) << e.Message().toStdString();
-    }
+    EXPECT_TRUE(test::RaisesWith<EInOutError>([&] { TTextFileReader reader(name); }, name));
 }
 
 TEST(TextFileWriter, WritesCrLfAndRewrites) {
@@ -276,12 +261,7 @@ TEST(TextFileWriter, Windows1252Bytes) {
 
 TEST(TextFileWriter, CannotCreateRaisesNamingTheFile) {
     const QString name = QDir::temp().filePath(QStringLiteral("faroven-no-such-dir/out.txt"));
-    try {
-        TTextFileWriter writer(name);
-        FAIL() << "no error";
-    } catch (const EInOutError& e) {
-        EXPECT_TRUE(e.Message().contains(name)) << e.Message().toStdString();
-    }
+    EXPECT_TRUE(test::RaisesWith<EInOutError>([&] { TTextFileWriter writer(name); }, name));
 }
 
 }  // namespace

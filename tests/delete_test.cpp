@@ -63,7 +63,8 @@ TEST_F(Deletion, TheLastShapeCarryingAnIdGoes) {
     EXPECT_EQ(cad.GetShapeNoById(4), 4);
     shapes[4]->SetShapeId(1);
     EXPECT_EQ(cad.GetShapeNoById(4), -1);
-    EXPECT_EQ(cad.GetShapeNoById(1), 4);
+    EXPECT_EQ(cad.GetShapeNoById(1), 4) << "by number, the last match";
+    EXPECT_EQ(cad.GetShapeByID(1), shapes[1]) << "by id, the first in array order";
     ASSERT_TRUE(cad.DeleteShapeById(1));
     EXPECT_EQ(cad.GetShapeNoInMyShapes(shapes[1]), 1);
     EXPECT_EQ(cad.GetShapeNoInMyShapes(shapes[4]), -1);

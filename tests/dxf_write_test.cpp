@@ -13,6 +13,7 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+#include "support/test_support.h"
 #include "tests/text_printers.h"
 
 using namespace faroven;
@@ -174,12 +175,7 @@ TEST(Files, ResetOnAStreamCutsBackToTheStart) {
 
 TEST(Files, CannotCreateRaisesNamingTheFile) {
     const QString name = QDir::temp().filePath(QStringLiteral("faroven-no-such-dir/out.dxf"));
-    try {
-        TDXFWrite w(name);
-        FAIL() << "no error";
-    } catch (const EInOutError& e) {
-        EXPECT_TRUE(e.Message().contains(name)) << e.Message().toStdString();
-    }
+    EXPECT_TRUE(test::RaisesWith<EInOutError>([&] { TDXFWrite w(name); }, name));
 }
 
 TEST_P(EitherSeparator, WhatIsWrittenReadsBack) {

@@ -23,10 +23,7 @@ constexpr TColor kMid = 0x800080;  // each channel at 127.5, rounded half to eve
 constexpr TColor kBackground = clLime;
 
 std::unique_ptr<TBitmap> canvasBitmap(int w, int h) {
-    auto bmp = std::make_unique<TBitmap>(w, h, pf24bit);
-    bmp->Canvas()->Brush()->SetColor(kBackground);
-    bmp->Canvas()->FillRect(Rect(0, 0, w, h));
-    return bmp;
+    return faroven::test::FilledBitmap(w, h, kBackground, pf24bit);
 }
 
 QImage render(TGradientStyle style, int w, int h) {
@@ -172,22 +169,20 @@ INSTANTIATE_TEST_SUITE_P(
                       Symmetry{gsButterfly, true, true}));
 
 // Styles that are each other's mirror image fix the directions of the family.
-TEST(MirrorPairs, LeftRightMirrorTurnsOneStyleIntoTheOther) {
-    const std::pair<TGradientStyle, TGradientStyle> pairs[] = {
-        {gsRadialL, gsRadialR},   {gsRadialTL, gsRadialTR},     {gsRadialBL, gsRadialBR},
-        {gsArrowL, gsArrowR},     {gsDiagonalLF, gsDiagonalRB}, {gsDiagonalLB, gsDiagonalRF},
+TEST(MirrorPairs, MirrorTurnsOneStyleIntoTheOther) {
+    struct Pair {
+        TGradientStyle a, b;
+        bool leftRight;  // else top-bottom
     };
-    for (const auto& [a, b] : pairs)
-        EXPECT_EQ(render(a, 40, 27).mirrored(true, false), render(b, 40, 27)) << int(a) << " / " << int(b);
-}
-
-TEST(MirrorPairs, TopBottomMirrorTurnsOneStyleIntoTheOther) {
-    const std::pair<TGradientStyle, TGradientStyle> pairs[] = {
-        {gsRadialT, gsRadialB},   {gsRadialTL, gsRadialBL},     {gsRadialTR, gsRadialBR},
-        {gsArrowU, gsArrowD},     {gsDiagonalLF, gsDiagonalLB}, {gsDiagonalRF, gsDiagonalRB},
+    const Pair pairs[] = {
+        {gsRadialL, gsRadialR, true},      {gsRadialTL, gsRadialTR, true},     {gsRadialBL, gsRadialBR, true},
+        {gsArrowL, gsArrowR, true},        {gsDiagonalLF, gsDiagonalRB, true}, {gsDiagonalLB, gsDiagonalRF, true},
+        {gsRadialT, gsRadialB, false},     {gsRadialTL, gsRadialBL, false},    {gsRadialTR, gsRadialBR, false},
+        {gsArrowU, gsArrowD, false},       {gsDiagonalLF, gsDiagonalLB, false}, {gsDiagonalRF, gsDiagonalRB, false},
     };
-    for (const auto& [a, b] : pairs)
-        EXPECT_EQ(render(a, 33, 26).mirrored(false, true), render(b, 33, 26)) << int(a) << " / " << int(b);
+    for (const Pair& p : pairs)
+        EXPECT_EQ(render(p.a, 40, 27).mirrored(p.leftRight, !p.leftRight), render(p.b, 40, 27))
+            << int(p.a) << " / " << int(p.b);
 }
 
 TEST(MirrorPairs, SwappingTheColoursReversesALinearGradient) {

@@ -6,10 +6,10 @@
 // cross-hair and hover frame are exclusive-or overlays; lengths convert to the
 // user's unit by the documented factors.
 #include "cad/canvas/mycad.h"
+#include "support/pixels.h"
 #include "support/shapes.h"
 #include "support/test_support.h"
 
-#include <QPainter>
 #include <gtest/gtest.h>
 #include <cmath>
 
@@ -180,22 +180,6 @@ TEST_F(GridPaint, NothingWithoutAGridToShow) {
 
 // ---- Partial repaints ---------------------------------------------------------------------------
 
-// Paints only the area and compares it with the same area of a full paint.
-void expectPartialMatchesFull(TMyCAD& cad, const TRect& area) {
-    const QImage full = cad.PaintToImage();
-    QImage part(full.size(), QImage::Format_RGB32);
-    part.fill(Qt::black);
-    {
-        QPainter painter(&part);
-        cad.PaintTo(&painter, area);
-    }
-    for (int y = area.top; y < area.bottom; ++y)
-        for (int x = area.left; x < area.right; ++x)
-            ASSERT_EQ(PixelAt(part, x, y), PixelAt(full, x, y))
-                << "at " << x << "," << y << " of area " << area.left << "," << area.top;
-    if (area.right < part.width()) EXPECT_EQ(PixelAt(part, area.right, area.top), clBlack) << "outside the area";
-}
-
 const TRect kAreas[] = {{61, 43, 233, 171}, {0, 0, 37, 29}, {300, 401, 301, 560}, {119, 7, 400, 8}, {5, 5, 558, 790}};
 
 struct GridCase {
@@ -216,7 +200,7 @@ TEST_P(PartialGrid, MatchesTheFullRepaint) {
     cad.GridOperation()->SetGridWidth(13.7);
     cad.GridOperation()->SetGridHeight(9.25);
     cad.SetZoom(1.37);
-    for (const TRect& area : kAreas) expectPartialMatchesFull(cad, area);
+    for (const TRect& area : kAreas) ExpectPartialMatchesFull(cad, area);
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, PartialGrid,
@@ -315,7 +299,7 @@ TEST_F(Background, TransparentTilesShowTheBackgroundColour) {
     const QImage image = cad.PaintToImage();
     EXPECT_EQ(PixelAt(image, 1, 1), clAqua);
     EXPECT_EQ(PixelAt(image, 3 + 7 * 11, 2 + 5 * 9), clNavy);
-    expectPartialMatchesFull(cad, Rect(61, 43, 233, 171));
+    ExpectPartialMatchesFull(cad, Rect(61, 43, 233, 171));
 }
 
 class PartialBackground : public ::testing::TestWithParam<TBkBitmapMode> {};
@@ -330,7 +314,7 @@ TEST_P(PartialBackground, MatchesTheFullRepaint) {
     cad.SetBkBitmap(tile);
     cad.SetBkBitmapMode(GetParam());
     cad.SetZoom(1.37);
-    for (const TRect& area : kAreas) expectPartialMatchesFull(cad, area);
+    for (const TRect& area : kAreas) ExpectPartialMatchesFull(cad, area);
 }
 
 INSTANTIATE_TEST_SUITE_P(Modes, PartialBackground, ::testing::Values(Tiled, Stretch, Center, LeftTop));
@@ -415,7 +399,7 @@ TEST_F(Feedback, PartialRepaintsOfTheOverlaysMatchTheFullOne) {
     AddBox(&cad, 100, 100, 200, 150)->Brush()->SetColor(clRed);
     cad.GridOperation()->SetGridShow(true);
     cad.MouseMove(0, 150, 120);
-    for (const TRect& area : kAreas) expectPartialMatchesFull(cad, area);
+    for (const TRect& area : kAreas) ExpectPartialMatchesFull(cad, area);
 }
 
 TEST_F(Feedback, MouseMoveStillRaisesTheInheritedEvent) {

@@ -203,7 +203,7 @@ TEST_F(Layers, ShapesByLayerAndSelectingALayer) {
 
 // ---- Deletion --------------------------------------------------------------------------------
 
-TEST_F(Layers, DeletingTheCurrentLayerMakesTheFirstRemainingCurrent) {
+TEST_F(Layers, DeletingAnyLayerMakesTheFirstRemainingCurrent) {
     cad.NewLayer("A", true);
     cad.NewLayer("B", true);
     cad.NewLayer("C", true);
@@ -211,15 +211,13 @@ TEST_F(Layers, DeletingTheCurrentLayerMakesTheFirstRemainingCurrent) {
     ASSERT_TRUE(cad.DeleteLayerByID(2));
     EXPECT_EQ(cad.CurrentLayerId(), 0) << "the first record, not the latest one";
     EXPECT_EQ(deleted, (std::vector<LayerEvent>{{2, "B", true}}));
-    ASSERT_TRUE(cad.DeleteLayerByID(0));
-    EXPECT_EQ(cad.CurrentLayerId(), 1);
-}
-
-TEST_F(Layers, DeletingAnyLayerResetsTheCurrentLayerToTheFirst) {
-    cad.NewLayer("A", true);
-    cad.NewLayer("B", true);  // current
+    cad.SetCurrentLayerId(3);
     ASSERT_TRUE(cad.DeleteLayerByName("A"));
-    EXPECT_EQ(cad.CurrentLayerId(), 0);
+    EXPECT_EQ(cad.CurrentLayerId(), 0) << "deleting another layer resets the current one too";
+    ASSERT_TRUE(cad.DeleteLayerByID(0));
+    EXPECT_EQ(cad.CurrentLayerId(), 3);
+    ASSERT_TRUE(cad.MergeLayers(3, cad.NewLayer("D", true)));
+    EXPECT_EQ(cad.CurrentLayerId(), 3) << "merged into the first layer, which stays current";
 }
 
 TEST_F(Layers, DeletingAnUnknownLayerFailsButDropsTheSelection) {
@@ -334,14 +332,6 @@ TEST_F(Layers, MergingMovesEveryShapeAndDeletesTheSource) {
     EXPECT_TRUE(deletedShapes.empty());
     // The emptied layer's deletion makes the first layer current.
     EXPECT_EQ(cad.CurrentLayerId(), 0);
-}
-
-TEST_F(Layers, MergingIntoTheFirstLayerLeavesItCurrent) {
-    const int a = cad.NewLayer("A", true);
-    AddBox(&cad, 0, 0, 10, 10);
-    ASSERT_TRUE(cad.MergeLayers(0, a));
-    EXPECT_EQ(cad.CurrentLayerId(), 0);
-    EXPECT_EQ(cad.GetShapesCountInALayer(0), 1);
 }
 
 }  // namespace

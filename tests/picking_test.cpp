@@ -100,22 +100,6 @@ TEST_F(Picking, ChildrenAreReachedThroughTheirRootOnly) {
     EXPECT_EQ(cad.GetShapeAtPoint({520, 20}), g);
 }
 
-TEST_F(Picking, LayersDecide) {
-    auto bottom = AddRect(cad, 10, 10, 100, 100);
-    const int second = cad.NewLayer("Second", true);
-    cad.SetCurrentLayerId(second);
-    auto top = AddRect(cad, 10, 10, 100, 100);
-    EXPECT_EQ(cad.GetShapeAtPoint({50, 50}), top);
-    cad.InVisibleLayerByID(second);
-    EXPECT_EQ(cad.GetShapeAtPoint({50, 50}), bottom);
-    cad.VisibleAllLayer();
-    cad.SetOperateAllLayer(false);
-    cad.SetCurrentLayerId(bottom->LayerId());
-    EXPECT_EQ(cad.GetShapeAtPoint({50, 50}), bottom) << "only the current layer";
-    cad.SetCurrentLayerId(second);
-    EXPECT_EQ(cad.GetShapeAtPoint({50, 50}), top);
-}
-
 TEST_F(Picking, LineBandsReachBeyondTheLinesBox) {
     auto l = new TMyLine(&cad);
     l->AddPoint({100, 100});

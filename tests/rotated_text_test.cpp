@@ -11,6 +11,7 @@
 #include <numbers>
 
 using namespace faroven;
+using faroven::test::InkBoundsExcept;
 using faroven::test::PixelAt;
 
 namespace {
@@ -27,24 +28,7 @@ TFont makeFont(int size, TColor color = clBlack, TFontStyles style = {}) {
 }
 
 std::unique_ptr<TBitmap> whiteBitmap(int w, int h) {
-    auto bmp = std::make_unique<TBitmap>(w, h, pf24bit);
-    bmp->Canvas()->Brush()->SetColor(clWhite);
-    bmp->Canvas()->FillRect(Rect(0, 0, w, h));
-    return bmp;
-}
-
-// Bounding box of every pixel that is not white, right and bottom exclusive.
-TRect nonWhiteBounds(const QImage& image) {
-    TRect r{INT32_MAX, INT32_MAX, INT32_MIN, INT32_MIN};
-    for (int y = 0; y < image.height(); ++y)
-        for (int x = 0; x < image.width(); ++x)
-            if (PixelAt(image, x, y) != clWhite) {
-                r.left = std::min(r.left, x);
-                r.top = std::min(r.top, y);
-                r.right = std::max(r.right, x + 1);
-                r.bottom = std::max(r.bottom, y + 1);
-            }
-    return r.left == INT32_MAX ? TRect{} : r;
+    return faroven::test::FilledBitmap(w, h, clWhite, pf24bit);
 }
 
 // ---- The logical font ------------------------------------------------------------
@@ -166,7 +150,7 @@ TEST(Draw, UnrotatedTextLiesRightOfAndBelowTheReferenceCorner) {
     const TFont font = makeFont(10, clRed);
     const TSize size = GetTextWidthHeight(bmp->Canvas(), "HHH", &font, 0, 2);
     MyLogTextOut(bmp->Canvas(), 20, 20, "HHH", &font, 0, 2);
-    const TRect ink = nonWhiteBounds(bmp->Image());
+    const TRect ink = InkBoundsExcept(bmp->Image(), clWhite);
     EXPECT_GE(ink.left, 20);
     EXPECT_GE(ink.top, 20);
     EXPECT_LE(ink.right, 20 + size.cx + 1);
@@ -181,7 +165,7 @@ TEST(Draw, QuarterTurnRunsTheTextDownwardsLeftOfTheCorner) {
     const TFont font = makeFont(10, clBlack);
     const TSize size = GetTextWidthHeight(bmp->Canvas(), "HHHH", &font, kPi / 2, 2);
     MyLogTextOut(bmp->Canvas(), 60, 30, "HHHH", &font, kPi / 2, 2);
-    const TRect ink = nonWhiteBounds(bmp->Image());
+    const TRect ink = InkBoundsExcept(bmp->Image(), clWhite);
     // Clockwise by 90 degrees: the baseline points down, the tops of the
     // letters point right, so the glyphs lie left of x and below y.
     EXPECT_GE(ink.left, 60 - size.cy - 1);
@@ -205,7 +189,7 @@ TEST(Draw, EmptyTextDrawsNothing) {
     auto bmp = whiteBitmap(40, 40);
     const TFont font = makeFont(12);
     MyLogTextOut(bmp->Canvas(), 10, 10, "", &font, 0.3, 1);
-    EXPECT_EQ(nonWhiteBounds(bmp->Image()), TRect{});
+    EXPECT_EQ(InkBoundsExcept(bmp->Image(), clWhite), TRect{});
 }
 
 TEST(Draw, SecondPassDarkensTheAntialiasedEdgesOnly) {

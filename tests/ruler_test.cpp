@@ -1,4 +1,4 @@
-// Rulers: defaults and published properties, the advance and multiplier table,
+// Rulers: published properties, the advance and multiplier table,
 // tick and label pixels in all four directions, label texts per unit,
 // Pos2Unit and ConvertOffset per unit, the self-inverting hairline, setter
 // rules (repaint only on change, direction swaps the sides), fonts and corner.
@@ -26,10 +26,7 @@ constexpr TColor kInk = clBlack;  // clWindowText resolves to black
 
 // A white bitmap the size of the ruler, for drawing one part of the ruler on.
 std::unique_ptr<TBitmap> blankFor(const TRsRuler& ruler) {
-    auto bmp = std::make_unique<TBitmap>(ruler.width(), ruler.height());
-    bmp->Canvas()->Brush()->SetColor(clWhite);
-    bmp->Canvas()->FillRect(Rect(0, 0, ruler.width(), ruler.height()));
-    return bmp;
+    return faroven::test::FilledBitmap(ruler.width(), ruler.height(), clWhite);
 }
 
 // Runs of positions along the ruler that hold ink of the colour, looking only
@@ -77,38 +74,6 @@ struct PaintCounter {
 
 // ---- Enumerations, defaults, properties ------------------------------------
 
-TEST(RulerDefaults, RulerStartsAsDescribed) {
-    TRsRuler ruler;
-    EXPECT_EQ(ruler.Width(), 200);
-    EXPECT_EQ(ruler.Height(), 33);
-    EXPECT_EQ(ruler.Direction(), rdTop);
-    EXPECT_EQ(ruler.ScaleDir(), rsdNormal);
-    EXPECT_EQ(ruler.Scale(), 100);
-    EXPECT_EQ(ruler.Units(), ruCenti);
-    EXPECT_FALSE(ruler.HairLine());
-    EXPECT_EQ(ruler.HairLinePos(), -1);
-    EXPECT_EQ(ruler.HairLineStyle(), hlsLine);
-    EXPECT_EQ(ruler.Offset(), 0.0);
-    EXPECT_TRUE(ruler.ShowMinus());
-    EXPECT_EQ(ruler.MyLongTick(), 5);
-    EXPECT_EQ(ruler.MyShortTick(), 1);
-    EXPECT_FALSE(ruler.Flat());
-    EXPECT_EQ(ruler.ScaleColor(), clWindow);
-    EXPECT_EQ(ruler.TickColor(), clWindowText);
-    EXPECT_EQ(ruler.VersionInfo(), QStringLiteral("rule component "));
-    EXPECT_EQ(ruler.Multiplier(), 1.0);
-    EXPECT_TRUE(ruler.FontsNeedRebuild());
-    EXPECT_EQ(ruler.FontHandle0(), nullptr);
-}
-
-TEST(RulerDefaults, CornerStartsWithCentimetres) {
-    TRsRulerCorner corner;
-    EXPECT_EQ(corner.Position(), cpLeftTop);
-    EXPECT_EQ(corner.Units(), ruCenti);
-    EXPECT_EQ(corner.UnitText(), QStringLiteral("cm"));
-    EXPECT_EQ(corner.Hint(), QStringLiteral("centimeter"));
-}
-
 TEST(RulerProperties, PublishedPropertiesAreReachableByName) {
     TRsRuler ruler;
     for (const char* name : {"MyShortTick", "MyLongTick", "VersionInfo", "Direction", "ScaleDir", "Units", "Scale",
@@ -132,24 +97,18 @@ TEST(RulerProperties, PublishedPropertiesAreReachableByName) {
 
 // ---- Advance and multiplier --------------------------------------------------
 
-class MultiplierTable : public ::testing::TestWithParam<std::pair<int, double>> {};
-
-TEST_P(MultiplierTable, ScaleGivesMultiplier) {
-    const auto [scale, multiplier] = GetParam();
+TEST(CalcAdvance, ScaleGivesTheMultiplierOfItsBand) {
+    // Both bounds of every band, in rising order, so that a missed band shows.
+    const std::pair<int, double> table[] = {
+        {1, 100.0}, {2, 50.0},  {3, 25.0},  {5, 25.0},   {6, 20.0},    {8, 20.0},    {9, 10.0},   {12, 10.0},
+        {13, 5.0},  {25, 5.0},  {26, 4.0},  {35, 4.0},   {36, 2.0},    {50, 2.0},    {51, 1.0},   {125, 1.0},
+        {126, 0.5}, {300, 0.5}, {301, 0.25}, {400, 0.25}, {401, 0.2},  {500, 0.2},   {501, 0.1},  {1000, 0.1}};
     TRsRuler ruler;
-    ruler.SetScale(scale);
-    EXPECT_EQ(ruler.Multiplier(), multiplier) << "scale " << scale;
-    EXPECT_NEAR(ruler.Advance(), 96 / 10.0 * scale / 100 / 2.54 * multiplier, 1e-12);
+    for (const auto& [scale, multiplier] : table) {
+        ruler.SetScale(scale);
+        EXPECT_EQ(ruler.Multiplier(), multiplier) << "scale " << scale;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Bounds, MultiplierTable,
-    ::testing::Values(std::pair{1, 100.0}, std::pair{2, 50.0}, std::pair{3, 25.0}, std::pair{5, 25.0},
-                      std::pair{6, 20.0}, std::pair{8, 20.0}, std::pair{9, 10.0}, std::pair{12, 10.0},
-                      std::pair{13, 5.0}, std::pair{25, 5.0}, std::pair{26, 4.0}, std::pair{35, 4.0},
-                      std::pair{36, 2.0}, std::pair{50, 2.0}, std::pair{51, 1.0}, std::pair{125, 1.0},
-                      std::pair{126, 0.5}, std::pair{300, 0.5}, std::pair{301, 0.25}, std::pair{400, 0.25},
-                      std::pair{401, 0.2}, std::pair{500, 0.2}, std::pair{501, 0.1}, std::pair{1000, 0.1}));
 
 TEST(CalcAdvance, OneLabelStepIsAMillimetreAtFullScale) {
     TRsRuler ruler;
@@ -188,14 +147,8 @@ TEST(CalcAdvance, FollowsTheScreenResolution) {
 TEST(CalcAdvance, ScaleBelowOneIsRejectedAndKeepsTheRuler) {
     TRsRuler ruler;
     ruler.SetScale(200);
-    for (int bad : {0, -5}) {
-        try {
-            ruler.SetScale(bad);
-            FAIL() << "no exception for " << bad;
-        } catch (const EInvalidOperation& e) {
-            EXPECT_TRUE(e.Message().contains("Scale")) << e.Message().toStdString();
-        }
-    }
+    for (int bad : {0, -5})
+        EXPECT_TRUE(faroven::test::RaisesWith<EInvalidOperation>([&] { ruler.SetScale(bad); }, "Scale")) << bad;
     EXPECT_EQ(ruler.Scale(), 200);
     EXPECT_EQ(ruler.Multiplier(), 0.5);
 }
@@ -222,13 +175,6 @@ TEST(Pos2Unit, PerUnitWithItsQuirks) {
         ruler.SetUnit(c.unit);
         EXPECT_NEAR(ruler.Pos2Unit(96), c.expected, 1e-12) << "unit " << int(c.unit);
     }
-}
-
-TEST(Pos2Unit, KilometresGiveTheOffsetEverywhere) {
-    TRsRuler ruler;
-    ruler.SetUnit(ruKilo);
-    ruler.SetOffset(-3.25);
-    for (int pos : {-50, 0, 1, 77, 199, 5000}) EXPECT_EQ(ruler.Pos2Unit(pos), -3.25) << pos;
 }
 
 TEST(Pos2Unit, ScaleAndReverseDirection) {
@@ -394,29 +340,6 @@ TEST(Ticks, TickCountersSelectLongShortAndNone) {
 
 // ---- Label pixels ------------------------------------------------------------
 
-TEST(Labels, TopRulerLabelsSitAboveTheLongTicksCentredOnThem) {
-    TRsRuler ruler;
-    auto bmp = blankFor(ruler);
-    ruler.PaintScaleLabels(bmp->Canvas());
-    const QImage& image = bmp->Image();
-    // No ink in the tick band, none at the origin.
-    EXPECT_EQ(inkRuns(image, true, 25, 33).size(), 0u);
-    const auto runs = inkRuns(image, true, 0, 25);
-    ASSERT_EQ(runs.size(), 5u);  // "1" to "5" at 37, 75, 113, 151, 188
-    const int centres[] = {37, 75, 113, 151, 188};
-    for (size_t k = 0; k < runs.size(); ++k) {
-        const double centre = (runs[k].first + runs[k].second - 1) / 2.0;
-        EXPECT_NEAR(centre, centres[k], 2.0) << "label " << k + 1;
-    }
-    // The text's bottom edge is 8 pixels above the bottom of the ruler.
-    const TRect ink = InkBounds(image, kInk);
-    EXPECT_LE(ink.bottom, 33 - 8);
-    EXPECT_GE(ink.bottom, 33 - 8 - 5);
-    // Upright digits are taller than wide.
-    const TRect one = InkBounds(image.copy(runs[0].first, 0, runs[0].second - runs[0].first, 33), kInk);
-    EXPECT_GT(one.Height(), one.Width());
-}
-
 TEST(Labels, EveryDirectionPlacesAndTurnsItsLabels) {
     for (TRulerDir dir : {rdTop, rdBottom, rdLeft, rdRight}) {
         TRsRuler ruler;
@@ -427,14 +350,16 @@ TEST(Labels, EveryDirectionPlacesAndTurnsItsLabels) {
         const bool horizontal = ruler.IsHorizontal();
         const auto runs = inkRuns(image, horizontal, 0, 33);
         ASSERT_EQ(runs.size(), 5u) << "direction " << int(dir);
-        const double centre = (runs[0].first + runs[0].second - 1) / 2.0;
-        EXPECT_NEAR(centre, 37, 2.0) << "direction " << int(dir);
+        // "1" to "5" centred on the long ticks at 37, 75, 113, 151, 188.
+        const int centres[] = {37, 75, 113, 151, 188};
+        for (size_t k = 0; k < runs.size(); ++k)
+            EXPECT_NEAR((runs[k].first + runs[k].second - 1) / 2.0, centres[k], 2.0) << "direction " << int(dir);
         const TRect ink = InkBounds(image, kInk);
         const int span = runs[0].second - runs[0].first;
         const TRect first = horizontal ? InkBounds(image.copy(runs[0].first, 0, span, 33), kInk)
                                        : InkBounds(image.copy(0, runs[0].first, 33, span), kInk);
         switch (dir) {
-        case rdTop: EXPECT_LE(ink.bottom, 25); break;
+        case rdTop: EXPECT_TRUE(ink.bottom <= 25 && ink.bottom >= 20) << ink.bottom; break;
         case rdBottom: EXPECT_GE(ink.top, 8); break;
         case rdLeft: EXPECT_LE(ink.right, 33 - 7); break;
         case rdRight: EXPECT_GE(ink.left, 7); break;
@@ -494,9 +419,6 @@ TEST(RulerPaint, BandBorderAndBackground) {
     const QImage image = ruler.PaintToImage();
     const TColor face = ColorToRGB(clBtnFace), light = ColorToRGB(clBtnHighlight), shadow = ColorToRGB(clBtnShadow);
     const TColor band = ColorToRGB(clWindow);
-    ruler.SetScaleColor(clYellow);
-    const TRect bandArea = InkBounds(ruler.PaintToImage(), clYellow);
-    ruler.SetScaleColor(clWindow);
     EXPECT_EQ(PixelAt(image, 100, 0), light);       // raised: light top and left
     EXPECT_EQ(PixelAt(image, 0, 16), light);
     EXPECT_EQ(PixelAt(image, 199, 16), shadow);     // dark right and bottom
@@ -506,7 +428,6 @@ TEST(RulerPaint, BandBorderAndBackground) {
     EXPECT_EQ(PixelAt(image, 100, 3), band);        // the scale band
     EXPECT_EQ(PixelAt(image, 101, 31), band);
     EXPECT_EQ(PixelAt(image, 37, 31), kInk);        // a long tick on top of it
-    EXPECT_EQ(bandArea, Rect(1, 3, 199, 32));
 
     ruler.SetFlat(true);
     const QImage flat = ruler.PaintToImage();
@@ -791,7 +712,6 @@ TEST(Corner, PaintsTheAbbreviationCentredInItsBand) {
     TRsRulerCorner corner;
     corner.SetScaleColor(clYellow);
     const QImage image = corner.PaintToImage();
-    EXPECT_EQ(corner.BandRect(), Rect(3, 3, 32, 32));
     EXPECT_EQ(PixelAt(image, 4, 4), clYellow);
     const TRect ink = InkBounds(image, kInk);
     ASSERT_GT(ink.Width(), 4);

@@ -41,37 +41,11 @@ TEST_F(ShapeBase, ConstructorTakesTheCanvasDefaults) {
     EXPECT_EQ(s.Font()->Size(), 14);
     EXPECT_EQ(s.PenStyleJoinType(), psjtBEVEL);
     EXPECT_EQ(s.PenStyleEndCapType(), psectFLAT);
-    EXPECT_FALSE(s.DragEnable());
-    EXPECT_FALSE(s.ResizeEnable());
-    EXPECT_FALSE(s.RotateEnable());
-    EXPECT_FALSE(s.HotShow());
+    EXPECT_FALSE(s.DragEnable() || s.ResizeEnable() || s.RotateEnable() || s.HotShow());
     EXPECT_EQ(s.LayerId(), layer);
     // The shape owns copies: changing the canvas afterwards leaves it alone.
     cad.Pen()->SetColor(clBlue);
     EXPECT_EQ(s.Pen()->Color(), clRed);
-}
-
-TEST_F(ShapeBase, ConstructorSetsTheFixedDefaults) {
-    FigureShape s(&cad);
-    EXPECT_EQ(s.Angle(), 0);
-    EXPECT_EQ(s.ParentShapeNo(), -1);
-    EXPECT_EQ(s.HotIndex(), -1);
-    EXPECT_FALSE(s.Locked());
-    EXPECT_FALSE(s.LogUse());
-    EXPECT_EQ(s.LogHeight(), 10);
-    EXPECT_EQ(s.LogWidth(), 10);
-    EXPECT_EQ(s.ColorBegin(), 0xFFFFFF);
-    EXPECT_EQ(s.ColorEnd(), 0);
-    EXPECT_EQ(s.GradientStyle(), gsNone);
-    EXPECT_TRUE(s.CaptionShow());
-    EXPECT_TRUE(s.Visible());
-    EXPECT_FALSE(s.IsFlipHorz());
-    EXPECT_FALSE(s.IsFlipVert());
-    EXPECT_EQ(s.MultiInfoAlignment(), taCenter);
-    EXPECT_EQ(s.WorkBitmap()->PixelFormat(), pf24bit);
-    EXPECT_EQ(s.UserData()->GetCount(), 0);
-    EXPECT_EQ(s.GetPointsCount(), 0);
-    EXPECT_EQ(s.GetLinkPointsCount(), 0);
 }
 
 TEST_F(ShapeBase, PublishedPropertiesAreVisibleToTheMetaObjectSystem) {
@@ -114,22 +88,6 @@ TEST_F(ShapeBase, ZoomScalesReadingNotTheStoredPoints) {
     EXPECT_EQ(s.GetPoint(1), (TMyPoint{3.5f, 4.5f}));
     s.AddLinkPoint({1, 2});
     EXPECT_EQ(s.GetLinkPointInZoom(0), (TMyPoint{2, 4}));
-}
-
-TEST_F(ShapeBase, PointEditingOperations) {
-    FigureShape s(&cad);
-    s.AddPoint({1, 1});
-    s.SetPointX(0, 5);
-    s.SetPointY(0, 6);
-    s.PointAddX(0, 1);
-    s.PointAddY(0, -1);
-    s.PointAddXY(0, 0.5f, 0.5f);
-    EXPECT_EQ(s.GetPoint(0), (TMyPoint{6.5f, 5.5f}));
-    s.AddLinkPoint({0, 0});
-    s.SetLinkPointX(0, 2);
-    s.SetLinkPointY(0, 3);
-    s.LinkPointAddXY(0, 1, 1);
-    EXPECT_EQ(s.GetLinkPoint(0), (TMyPoint{3, 4}));
 }
 
 TEST_F(ShapeBase, WithModeConvertsByTheCanvasOrigin) {
@@ -338,18 +296,6 @@ TEST_F(ShapeBase, LinkHotFindsTheLastMatchingLinkPoint) {
     EXPECT_EQ(s.InWhichLinkHot({30, 30}), -1);
 }
 
-TEST_F(ShapeBase, BaseOperationsHaveNeutralResults) {
-    FigureShape probe(&cad);
-    TMyShape& s = probe;
-    EXPECT_EQ(s.TMyShape::InWhichHot({0, 0}), -1);
-    EXPECT_EQ(s.HotIndex(), -1);
-    EXPECT_FALSE(s.TMyShape::IsClickedMe(nullptr, {0, 0}));
-    EXPECT_EQ(s.GetMouseCursor(0, 0), crCross);
-    EXPECT_EQ(s.GetLengthByUnit(), 0);
-    s.SetInfo("caption");
-    EXPECT_EQ(s.GetInfo(), "caption");
-}
-
 template <class T>
 bool castsTo(TMyShape* s) {
     return shape_cast<T>(s) == s;
@@ -398,26 +344,22 @@ TEST_F(ShapeBase, ChangesBumpTheRevision) {
 }
 
 TEST_F(ShapeBase, CaptionIsDrawnBelowTheShapeInTheFontColour) {
-    TBitmap bmp(200, 120);
-    bmp.Canvas()->Brush()->SetColor(clWhite);
-    bmp.Canvas()->FillRect(Rect(0, 0, 200, 120));
+    auto bmp = FilledBitmap(200, 120, clWhite);
     FigureShape s(&cad);
     s.Font()->SetColor(clRed);
     s.Font()->SetSize(12);
     s.SetTextPoint({100, 60});
     s.SetInfo("HELLO");
-    s.DrawInfo(bmp.Canvas());
-    EXPECT_GT(CountPixels(bmp.Image(), clRed), 0) << "the caption is drawn in the font colour";
-    const TRect ink = InkBoundsExcept(bmp.Image(), clWhite);
+    s.DrawInfo(bmp->Canvas());
+    EXPECT_GT(CountPixels(bmp->Image(), clRed), 0) << "the caption is drawn in the font colour";
+    const TRect ink = InkBoundsExcept(bmp->Image(), clWhite);
     ASSERT_GT(ink.Width(), 0) << "the caption drew nothing";
     EXPECT_GE(ink.top, 60);
     EXPECT_NEAR((ink.left + ink.right) / 2.0, 100, 3) << "centred on the text point";
     s.SetCaptionShow(false);
-    TBitmap blank(200, 120);
-    blank.Canvas()->Brush()->SetColor(clWhite);
-    blank.Canvas()->FillRect(Rect(0, 0, 200, 120));
-    s.DrawInfo(blank.Canvas());
-    EXPECT_EQ(InkBoundsExcept(blank.Image(), clWhite), TRect{});
+    auto blank = FilledBitmap(200, 120, clWhite);
+    s.DrawInfo(blank->Canvas());
+    EXPECT_EQ(InkBoundsExcept(blank->Image(), clWhite), TRect{});
 }
 
 TEST_F(ShapeBase, LogUseReplacesTheMeasuredTextBox) {
@@ -431,21 +373,19 @@ TEST_F(ShapeBase, LogUseReplacesTheMeasuredTextBox) {
 }
 
 TEST_F(ShapeBase, PowerDrawShapeFillsAndOutlines) {
-    TBitmap bmp(40, 40);
-    bmp.Canvas()->Brush()->SetColor(clWhite);
-    bmp.Canvas()->FillRect(Rect(0, 0, 40, 40));
+    auto bmp = FilledBitmap(40, 40, clWhite);
     FigureShape s(&cad);
     s.Pen()->SetColor(clRed);
     s.Brush()->SetColor(clBlue);
     const TArrPoint square = {{5, 5}, {30, 5}, {30, 30}, {5, 30}};
-    s.PowerDrawShape(bmp.Canvas(), square, true);
-    EXPECT_EQ(PixelAt(bmp, 5, 17), clRed);
-    EXPECT_EQ(PixelAt(bmp, 17, 17), clBlue);
-    EXPECT_EQ(PixelAt(bmp, 2, 2), clWhite);
+    s.PowerDrawShape(bmp->Canvas(), square, true);
+    EXPECT_EQ(PixelAt(*bmp, 5, 17), clRed);
+    EXPECT_EQ(PixelAt(*bmp, 17, 17), clBlue);
+    EXPECT_EQ(PixelAt(*bmp, 2, 2), clWhite);
     s.Brush()->SetStyle(bsClear);
     const TArrPoint open = {{2, 36}, {36, 36}};
-    s.PowerDrawShape(bmp.Canvas(), open, false);
-    EXPECT_EQ(PixelAt(bmp, 20, 36), clRed);
+    s.PowerDrawShape(bmp->Canvas(), open, false);
+    EXPECT_EQ(PixelAt(*bmp, 20, 36), clRed);
 }
 
 }  // namespace

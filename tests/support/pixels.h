@@ -1,11 +1,16 @@
 // Pixel fixtures for the shape suites: a bitmap filled with a fixed pattern
-// (so that exclusive-or drawing shows on every pixel) and image comparison.
+// (so that exclusive-or drawing shows on every pixel), image comparison, and
+// the check that a partial repaint equals the same area of a full one.
 #pragma once
 
+#include "cad/canvas/mycad.h"
 #include "platform/bitmap.h"
 #include "platform/canvas.h"
+#include "support/test_support.h"
 
 #include <QImage>
+#include <QPainter>
+#include <gtest/gtest.h>
 
 namespace faroven::test {
 
@@ -26,6 +31,23 @@ inline int DiffCount(const QImage& a, const QImage& b) {
     for (int y = 0; y < a.height(); ++y)
         for (int x = 0; x < a.width(); ++x) n += a.pixel(x, y) != b.pixel(x, y);
     return n;
+}
+
+// Paints only the area onto black and compares it with the same area of a
+// full paint; the pixel right of the area's top-right corner stays black.
+inline void ExpectPartialMatchesFull(TMyCAD& cad, const TRect& area) {
+    const QImage full = cad.PaintToImage();
+    QImage part(full.size(), QImage::Format_RGB32);
+    part.fill(Qt::black);
+    {
+        QPainter painter(&part);
+        cad.PaintTo(&painter, area);
+    }
+    for (int y = area.top; y < area.bottom; ++y)
+        for (int x = area.left; x < area.right; ++x)
+            ASSERT_EQ(PixelAt(part, x, y), PixelAt(full, x, y))
+                << "at " << x << "," << y << " of area " << area.left << "," << area.top;
+    if (area.right < part.width()) EXPECT_EQ(PixelAt(part, area.right, area.top), clBlack) << "outside the area";
 }
 
 }  // namespace faroven::test

@@ -7,6 +7,7 @@
 #include "cad/geometry/geometry.h"
 #include "cad/shapes/rectangle.h"
 
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -61,6 +62,17 @@ T* AddRect(TMyCAD& cad, float l, float t, float r, float b) {
     s->AddPoint({r, t});
     s->AddPoint({r, b});
     s->AddPoint({l, b});
+    s->Drawed({}, {});
+    cad.AddNewShape(s);
+    return s;
+}
+
+// A shape through the given points in drawing units, drawn and added as the
+// mouse would.
+template <class T>
+T* AddShape(TMyCAD& cad, std::initializer_list<TMyPoint> pts) {
+    auto s = new T(&cad);
+    for (const TMyPoint& p : pts) s->AddPoint(p);
     s->Drawed({}, {});
     cad.AddNewShape(s);
     return s;

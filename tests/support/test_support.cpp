@@ -1,5 +1,9 @@
 #include "support/test_support.h"
 
+#include "platform/canvas.h"
+
+#include <algorithm>
+
 namespace faroven::test {
 
 TColor PixelAt(const QImage& image, int x, int y) {
@@ -23,34 +27,33 @@ int CountPixels(const QImage& image, TColor color) {
     return n;
 }
 
-TRect InkBounds(const QImage& image, TColor color) {
+namespace {
+
+template <class Inked>
+TRect boundsOf(const QImage& image, Inked inked) {
     TRect r{INT32_MAX, INT32_MAX, INT32_MIN, INT32_MIN};
-    bool any = false;
     for (int y = 0; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x)
-            if (PixelAt(image, x, y) == color) {
-                any = true;
-                r.left = std::min(r.left, x);
-                r.top = std::min(r.top, y);
-                r.right = std::max(r.right, x + 1);
-                r.bottom = std::max(r.bottom, y + 1);
-            }
-    return any ? r : TRect{};
+            if (inked(PixelAt(image, x, y))) r = {std::min(r.left, x), std::min(r.top, y), std::max(r.right, x + 1),
+                                                  std::max(r.bottom, y + 1)};
+    return r.right == INT32_MIN ? TRect{} : r;
+}
+
+}  // namespace
+
+TRect InkBounds(const QImage& image, TColor color) {
+    return boundsOf(image, [color](TColor c) { return c == color; });
 }
 
 TRect InkBoundsExcept(const QImage& image, TColor background) {
-    TRect r{INT32_MAX, INT32_MAX, INT32_MIN, INT32_MIN};
-    bool any = false;
-    for (int y = 0; y < image.height(); ++y)
-        for (int x = 0; x < image.width(); ++x)
-            if (PixelAt(image, x, y) != background) {
-                any = true;
-                r.left = std::min(r.left, x);
-                r.top = std::min(r.top, y);
-                r.right = std::max(r.right, x + 1);
-                r.bottom = std::max(r.bottom, y + 1);
-            }
-    return any ? r : TRect{};
+    return boundsOf(image, [background](TColor c) { return c != background; });
+}
+
+std::unique_ptr<TBitmap> FilledBitmap(int w, int h, TColor color, TPixelFormat format) {
+    auto bmp = std::make_unique<TBitmap>(w, h, format);
+    bmp->Canvas()->Brush()->SetColor(color);
+    bmp->Canvas()->FillRect(Rect(0, 0, w, h));
+    return bmp;
 }
 
 MessageRecorder::MessageRecorder() {

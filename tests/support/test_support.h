@@ -9,6 +9,8 @@
 #include <QImage>
 #include <QString>
 #include <QStringList>
+#include <gtest/gtest.h>
+#include <memory>
 #include <string>
 
 namespace faroven::test {
@@ -31,6 +33,28 @@ TRect InkBounds(const QImage& image, TColor color);
 // The bounding box of every pixel that differs from the background colour
 // (antialiased text has no pixel of exactly its own colour).
 TRect InkBoundsExcept(const QImage& image, TColor background);
+
+// A bitmap of the size and pixel format filled with one colour.
+std::unique_ptr<TBitmap> FilledBitmap(int w, int h, TColor color, TPixelFormat format = pfDevice);
+
+// The message of the E that f raises; "<no exception>" when it raises none.
+template <class E, class F>
+QString MessageOf(F&& f) {
+    try {
+        f();
+    } catch (const E& e) {
+        return e.Message();
+    }
+    return QStringLiteral("<no exception>");
+}
+
+// Whether f raises an E whose message holds the fragment; else the message seen.
+template <class E, class F>
+::testing::AssertionResult RaisesWith(F&& f, const QString& fragment) {
+    const QString message = MessageOf<E>(f);
+    if (message.contains(fragment)) return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure() << "message: " << message.toStdString();
+}
 
 // While alive, message boxes and the fatal exit are recorded instead of shown.
 class MessageRecorder {
