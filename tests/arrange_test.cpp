@@ -85,14 +85,7 @@ TEST_F(Arrange, ZOrderMovesRootsAndSkipsMembers) {
 TEST_F(Arrange, SwapKeepsLinkLineEndsOnTheirShapes) {
     TMyRectangle* a = rect(0, 0, 10, 10);
     TMyRectangle* b = rect(40, 0, 50, 10);
-    auto* line = new TMyLine(&cad);
-    line->AddPoint({10, 5});
-    line->AddPoint({40, 5});
-    cad.AddNewShape(line);
-    line->SetStartSpNo(a->ShapeNo());
-    line->SetEndSpNo(b->ShapeNo());
-    AddLinklineShape(a, uint32_t(line->ShapeNo()));
-    AddLinklineShape(b, uint32_t(line->ShapeNo()));
+    TMyLine* line = AddJoiningLine(cad, a, b);
     cad.SwapShape(a, line);
     EXPECT_EQ(cad.GetShapeByNo(line->StartSpNo()), a);
     EXPECT_EQ(cad.GetShapeByNo(line->EndSpNo()), b);

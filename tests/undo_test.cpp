@@ -70,14 +70,7 @@ TEST_F(Undo, FullHistoryDropsTheOldestStepAndRenumbers) {
 TEST_F(Undo, DeletedGroupComesBackWithMembersAndDetachedLinks) {
     TMyRectangle* a = rect(0);
     TMyRectangle* b = rect(20);
-    auto* line = new TMyLine(&cad);
-    line->AddPoint({5, 5});
-    line->AddPoint({25, 5});
-    cad.AddNewShape(line);
-    line->SetStartSpNo(a->ShapeNo());
-    line->SetEndSpNo(b->ShapeNo());
-    a->LinkShapeNos().push_back(uint32_t(line->ShapeNo()));
-    b->LinkShapeNos().push_back(uint32_t(line->ShapeNo()));
+    TMyLine* line = AddJoiningLine(cad, a, b);
     const int group = cad.GroupShapes({a, b}, false);
     cad.GetShapeByID(group)->SetInfo("door");
     rect(40);  // stays, and moves down when the group goes
@@ -209,19 +202,6 @@ TEST_F(Undo, AddIsTakenBackByDeletingAndRedoneByRestoring) {
     cad.Redo();
     EXPECT_EQ(DrawingState(cad), added);
     EXPECT_EQ(cad.UndoActionName(), "ACT_ADD");
-}
-
-TEST_F(Undo, SnapshotsAreCopiesOfTheirOwnClass) {
-    auto* line = new TMyRuleLine(&cad);
-    line->AddPoint({0, 0});
-    line->AddPoint({30, 0});
-    cad.AddNewShape(line);
-    cad.PushtoUndoRedoShapeList({line}, ACT_CHANGE);
-    const TUndoRecord& r = cad.UndoRecords().front();
-    EXPECT_EQ(ShapeClassName(r.Snapshot.get()), "TMyRuleLine");
-    EXPECT_EQ(r.Snapshot->GetShapeId(), line->GetShapeId());
-    EXPECT_EQ(r.Snapshot->Points(), line->Points());
-    EXPECT_EQ(r.Action, "ACT_CHANGE");
 }
 
 TEST_F(Undo, LocksAndMissingLayersDoNotBreakATakeBack) {

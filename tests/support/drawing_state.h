@@ -36,6 +36,19 @@ inline std::string DrawingState(const TMyCAD& cad) {
     return os.str();
 }
 
+// A line from a to b whose ends are attached to them, both sides recorded.
+inline TMyLine* AddJoiningLine(TMyCAD& cad, TMyShape* a, TMyShape* b) {
+    auto* line = new TMyLine(&cad);
+    line->AddPoint(a->GetCenterPoint());
+    line->AddPoint(b->GetCenterPoint());
+    cad.AddNewShape(line);
+    line->SetStartSpNo(a->ShapeNo());
+    line->SetEndSpNo(b->ShapeNo());
+    AddLinklineShape(a, uint32_t(line->ShapeNo()));
+    AddLinklineShape(b, uint32_t(line->ShapeNo()));
+    return line;
+}
+
 inline void ExpectIntact(const TMyCAD& cad) {
     std::set<int> ids;
     const int n = cad.GetShapesCount();
