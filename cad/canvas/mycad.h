@@ -415,8 +415,6 @@ public:
     // to its members too.
     void DragChangeValueDxDyforShapes(TMyShape* shape, double dx, double dy);
     void SizeChangeValueforShapes(TMyShape* shape, TPoint from, TPoint to);
-    // Brings the link lines attached to the shape up to date with it.
-    void ChangeLinkShapes(TMyShape* shape);
     // True while an ungrouping runs.
     bool Busy() const { return m_busy; }
     // Off by default: taking back an ungrouping makes a plain TMyGroup of the
@@ -425,6 +423,49 @@ public:
     // stays one) with its caption, pen, brush and every other property.
     bool UndoRestoresWholeGroup() const { return m_undoRestoresWholeGroup; }
     void SetUndoRestoresWholeGroup(bool v) { m_undoRestoresWholeGroup = v; }
+
+    // ==== Tools and shapes made by code (mycad_tools.cpp) ==========================================
+    // A new, unnumbered and unnamed shape of the tool's class for the canvas
+    // (owner, or this canvas when nil): link lines take LinkLineDrawStyle.
+    // Nil for tools that create nothing (selecting, browsing, ...).
+    TMyShape* CreateShapeBySpTool(TDrawTool tool, TMyCAD* owner = nullptr);
+    // Adds a TMyImage showing a copy of the bitmap, its top-left corner at
+    // the pixel point and its frame the bitmap's size in drawing units, named
+    // name (or "Shape" + id when empty); records "ACT_ADD". The new shape,
+    // or nil for an empty bitmap.
+    TMyShape* AddImageShapeByCode(const QString& name, TPoint point, const TBitmap& bitmap);
+    // The circle through three points (drawing units): its radius and the
+    // angles, in degrees counter-clockwise with y pointing up (as DXF has
+    // them), at which the arc from p1 through p2 to p3 starts and ends when
+    // it runs counter-clockwise. False, and nothing set, for points on one line.
+    bool GetRA1A2By3Points(TMyPoint p1, TMyPoint p2, TMyPoint p3, double& r, double& a1, double& a2) const;
+
+    // ==== Connections (mycad_connections.cpp) ====================================================
+    // Joins link point startPtId of startShape to link point endPtId of
+    // endShape with a new TMyLinkLine named name, added on the current layer,
+    // recorded as "ACT_ADD" and selected alone. Note the argument order: the
+    // third argument is the index on the end shape, the fifth the index on the
+    // start shape. The line's id, or -1 with nothing created when a shape is
+    // missing or an index is out of range.
+    int CreateLink(const QString& name, TMyShape* startShape, int endPtId, TMyShape* endShape, int startPtId);
+    // The first shape in MyShapes (bottom-most) with a link point under the
+    // pixel point (InWhichLinkHot); with more than one shape selected the
+    // selected ones are skipped. False, and both results -1, when none.
+    bool InWhichShapeWhichHotLinkId(int& shapeNo, int& ptId, TPoint point);
+    // The index of the shape's link point within 5 pixels of the point (far
+    // edges excluded; the last wins), or -1.
+    int IsinHotLink(const TMyShape* shape, TPoint point) const;
+    // The id of the first link line (in shape1's list) that joins both shapes, or -1.
+    int IsLinked(const TMyShape* shape1, const TMyShape* shape2) const;
+    // Attaches one end of a link line to the shape and link point under the
+    // point (detaching it from its former shape); when one is found the point
+    // moves onto that link point (pixels).
+    void GetMainShape(TMyShape* linkLine, TLinkLineEndPoint end, TPoint& point);
+    // Link-hot shape number -1, link-hot point index 0.
+    void ClearAllLinkHot();
+    // Brings the link lines attached to the shape (and to its members) up to
+    // date with its link points: each is routed again in its draw style.
+    void ChangeLinkShapes(TMyShape* shape);
 
     // ==== Selection and region tests (mycad_selection.cpp) =======================================
     void AddWorkingShapes(TMyShape* shape);

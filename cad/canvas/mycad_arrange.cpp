@@ -60,10 +60,6 @@ void TMyCAD::SizeChangeValueforShapes(TMyShape* shape, TPoint from, TPoint to) {
     }
 }
 
-// Link lines are re-routed once the connection shapes exist; until then no
-// shape carries attached lines to follow.
-void TMyCAD::ChangeLinkShapes(TMyShape* shape) { (void)shape; }
-
 // ---- Grouping ---------------------------------------------------------------------------------
 
 int TMyCAD::GroupShapes(const std::vector<TMyShape*>& shapes, bool recordUndo) {

@@ -129,8 +129,7 @@ void TMyCAD::SetShapeTool(TDrawTool tool) {
         // Every other tool draws a new shape.
         m_action = dtDrawing;
         m_currentShape = nullptr;
-        m_linkHotShapeNo = -1;
-        m_linkHotPointIndex = 0;
+        ClearAllLinkHot();
         break;
     }
     Invalidate();

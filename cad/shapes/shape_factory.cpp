@@ -1,8 +1,13 @@
 #include "cad/shapes/shape_factory.h"
 
+#include "cad/shapes/arc.h"
+#include "cad/shapes/curve.h"
+#include "cad/shapes/image.h"
 #include "cad/shapes/line.h"
+#include "cad/shapes/link.h"
 #include "cad/shapes/polyline.h"
 #include "cad/shapes/rectangle.h"
+#include "cad/shapes/text.h"
 
 #include <array>
 #include <utility>
@@ -22,17 +27,25 @@ struct ShapeClass {
     TMyShape* (*create)(TMyCAD*);
 };
 
-// One line per shape class.
+// One line per shape class, in the order the file formats list them.
 constexpr std::array kShapeClasses{
     ShapeClass{"TMyRectangle", &make<TMyRectangle>},
+    ShapeClass{"TMyLinkPoint", &make<TMyLinkPoint>},
+    ShapeClass{"TMyLineLinkLine", &make<TMyLineLinkLine>},
     ShapeClass{"TMyEllipse", &make<TMyEllipse>},
-    ShapeClass{"TMyGroup", &make<TMyGroup>},
-    ShapeClass{"TMyCombine", &make<TMyCombine>},
     ShapeClass{"TMyLine", &make<TMyLine>},
+    ShapeClass{"TMyFreeLine", &make<TMyFreeLine>},
     ShapeClass{"TMyRuleLine", &make<TMyRuleLine>},
     ShapeClass{"TMyPolyLine", &make<TMyPolyLine>},
     ShapeClass{"TMyPolygon", &make<TMyPolygon>},
-    ShapeClass{"TMyFreeLine", &make<TMyFreeLine>},
+    ShapeClass{"TMyPolyBezier", &make<TMyPolyBezier>},
+    ShapeClass{"TMyText", &make<TMyText>},
+    ShapeClass{"TMyImage", &make<TMyImage>},
+    ShapeClass{"TMyElliArc", &make<TMyElliArc>},
+    ShapeClass{"TMyLinkLine", &make<TMyLinkLine>},
+    ShapeClass{"TMyCombine", &make<TMyCombine>},
+    ShapeClass{"TMyGroup", &make<TMyGroup>},
+    ShapeClass{"TMyBLine", &make<TMyBLine>},
 };
 
 std::vector<std::pair<QString, std::function<TMyShape*(TMyCAD*)>>>& registered() {

@@ -1,0 +1,9 @@
+#include "cad/shapes/curve.h"
+
+namespace faroven {
+
+TMyPolyBezier::TMyPolyBezier(TMyCAD* canvas) : TMyPolyLine(canvas) {}
+
+TMyBLine::TMyBLine(TMyCAD* canvas) : TMyPolyLine(canvas) {}
+
+}  // namespace faroven

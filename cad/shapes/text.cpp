@@ -1,0 +1,7 @@
+#include "cad/shapes/text.h"
+
+namespace faroven {
+
+TMyText::TMyText(TMyCAD* canvas) : TMyRectangle(canvas) {}
+
+}  // namespace faroven
