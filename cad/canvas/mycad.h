@@ -44,6 +44,8 @@
 
 namespace faroven {
 
+class TMyLine;
+
 class TMyCAD : public TGraphicControl {
     Q_OBJECT
     Q_PROPERTY(faroven::TArcMode ArcMode READ ArcMode WRITE SetArcMode)
@@ -464,8 +466,38 @@ public:
     // Link-hot shape number -1, link-hot point index 0.
     void ClearAllLinkHot();
     // Brings the link lines attached to the shape (and to its members) up to
-    // date with its link points: each is routed again in its draw style.
+    // date with its link points: each is routed again in its draw style. A
+    // link line given itself is routed again too. Every operation that moves,
+    // resizes, turns or mirrors shapes ends here.
     void ChangeLinkShapes(TMyShape* shape);
+    // Like GetMainShape for a plain TMyLine that is being drawn: the end
+    // remembers the shape and link point under the point (the point moves
+    // onto it), but no shape lists the line, which is no connection yet.
+    void GetMergeShape(TMyShape* line, TLinkLineEndPoint end, TPoint& point);
+    // Turns a plain TMyLine whose two ends rest on link points of two
+    // different shapes (GetMergeShape) into a connection: a TMyLinkLine with
+    // the line's name, pen and arrows joins the same link points (CreateLink,
+    // recorded as "ACT_ADD") and the plain line is deleted unrecorded. The
+    // new link line's id, or -1 with the line left as it is.
+    int CreateAndDelete(TMyShape* line);
+    // Whether a press at the pixel point lies on a segment of the line (a
+    // TMyLine or a descendant other than the polygon), away from its points
+    // (more than HotSize pixels), where BreakLineByAPoint would split it.
+    bool IsBreakLineByAPoint(TMyShape* line, TPoint point);
+    // Splits the line at the pixel point (when IsBreakLineByAPoint): the line
+    // keeps its points up to the nearest point of the hit segment, and a new
+    // line of the same class, with the same looks, takes the rest from there;
+    // a link line's end attachment passes to the new part. Recorded as one
+    // "ACT_CHANGE" step for the line and one "ACT_ADD" step for the new part.
+    // The new part, or nil when nothing was split.
+    TMyShape* BreakLineByAPoint(TMyShape* line, TPoint point, bool recordUndo = true);
+    // Splits the line at its middle (along its length) in the same way.
+    TMyShape* BreakLine(TMyShape* line, bool recordUndo = true);
+    // The boxes (drawing units) of the shapes a connector on the layer must go
+    // round within the region: visible root shapes that are not lines, other
+    // than the ones to skip (the joined shapes' roots).
+    std::vector<TMyRect> RouteObstacles(const TMyRect& region, int layerId,
+                                        const std::vector<const TMyShape*>& skip);
 
     // ==== Selection and region tests (mycad_selection.cpp) =======================================
     void AddWorkingShapes(TMyShape* shape);
@@ -666,6 +698,13 @@ private:
     // GroupShapes with a group of the named class (TMyGroup or a descendant).
     int groupShapes(const std::vector<TMyShape*>& shapes, bool recordUndo, const QString& groupClass);
     bool m_busy = false;
+
+    // ---- Connections (mycad_connections.cpp) ----------------------------------------------------
+    // CreateLink, with the pen and arrows of a drawn line when one is given.
+    int createLink(const QString& name, TMyShape* startShape, int endPtId, TMyShape* endShape, int startPtId,
+                   const TMyLine* looks);
+    // Splits the line before point index before at the point at (drawing units).
+    TMyShape* splitLine(TMyLine* line, int before, TMyPoint at, bool recordUndo);
 
     // ---- Snapping (mycad_snap.cpp) --------------------------------------------------------------
     // Best offsets (value - edge) towards other root shapes' edges; false per axis when none.

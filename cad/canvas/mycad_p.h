@@ -2,6 +2,8 @@
 // names live in faroven::canvas_detail and may change without notice.
 #pragma once
 
+#include "cad/canvas/undo_history.h"
+
 #include <vector>
 
 namespace faroven {
@@ -14,6 +16,14 @@ namespace canvas_detail {
 // The shape and its members, recursively: depth first, each shape before its
 // members, every shape once (a damaged member list cannot loop).
 std::vector<TMyShape*> shapeTree(const TMyCAD& cad, TMyShape* shape);
+
+// The connections the shape takes part in, by ids: its own two ends when it
+// is a line, and the ends of the link lines attached to it.
+std::vector<TUndoLink> linksOf(const TMyCAD& cad, const TMyShape* shape);
+
+// Attaches the line's end to the shape's link point again, both sides, when
+// both are on the canvas, the link point exists and that end is free.
+void rejoin(TMyCAD& cad, const TUndoLink& link);
 
 }  // namespace canvas_detail
 }  // namespace faroven

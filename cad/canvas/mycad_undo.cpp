@@ -50,7 +50,7 @@ std::unique_ptr<TMyShape> TMyCAD::snapshotOf(const TMyShape* shape) const {
 }
 
 TUndoRecord TMyCAD::recordOf(const TMyShape* shape, const QString& action, int step) const {
-    return TUndoRecord{step, shape->Name(), snapshotOf(shape), action};
+    return TUndoRecord{step, shape->Name(), snapshotOf(shape), action, canvas_detail::linksOf(*this, shape)};
 }
 
 std::vector<TMyShape*> TMyCAD::restoreSnapshots(const std::vector<const TUndoRecord*>& records) {
@@ -71,7 +71,7 @@ std::vector<TMyShape*> TMyCAD::restoreSnapshots(const std::vector<const TUndoRec
         shape->Assign(r->Snapshot.get());
         shape->SetName(r->ShapeName);
         shape->remapShapeNos(oldToNew);
-        // Link lines come back detached: what they joined may be gone.
+        // Link lines come back detached; the records' links join them again.
         shape->SetLinkShapeNos({});
         if (auto* line = dynamic_cast<TMyLine*>(shape)) {
             line->SetStartSpNo(-1);
@@ -87,6 +87,10 @@ std::vector<TMyShape*> TMyCAD::restoreSnapshots(const std::vector<const TUndoRec
         AddShape(shape, layerExists, true);
         restored.push_back(shape);
     }
+    // Connections come back where both sides are still (or again) there.
+    for (size_t k = 0; k < records.size(); ++k)
+        for (const TUndoLink& link : records[k]->Links) canvas_detail::rejoin(*this, link);
+    for (TMyShape* shape : restored) ChangeLinkShapes(shape);
     return restored;
 }
 

@@ -63,6 +63,10 @@ void TUndoHistory::ClearRedo() { m_redo.clear(); }
 void TUndoHistory::ReplaceShapeId(int oldId, int newId) {
     auto replace = [&](TUndoRecord& r) {
         if (r.Snapshot && r.Snapshot->GetShapeId() == oldId) r.Snapshot->SetShapeId(newId);
+        for (TUndoLink& link : r.Links) {
+            if (link.LineId == oldId) link.LineId = newId;
+            if (link.ShapeId == oldId) link.ShapeId = newId;
+        }
     };
     for (TUndoRecord& r : m_records) replace(r);
     for (TRedoStep& step : m_redo)

@@ -29,11 +29,23 @@ inline constexpr char ACT_SENDTOBACK[] = "ACT_SENDTOBACK";
 inline constexpr char ACT_BRINGTOFRONTBYSTEP[] = "ACT_BRINGTOFRONTBYSTEP";
 inline constexpr char ACT_SENDTOBACKBYSTEP[] = "ACT_SENDTOBACKBYSTEP";
 
+// One end of a link line attached to a link point of a shape, by ids: shape
+// numbers change while a step waits in the history, ids do not.
+struct TUndoLink {
+    int LineId = -1;
+    int ShapeId = -1;
+    bool AtStart = true;  // the line's start end (else its end)
+    int PtId = -1;        // the link point on the shape
+};
+
 struct TUndoRecord {
     int Step = 0;
     QString ShapeName;                    // the recorded shape's component name
     std::unique_ptr<TMyShape> Snapshot;   // a copy of the shape, owned
     QString Action;                       // "ACT_ADD", "ACT_CHANGE", ...
+    // The connections the shape took part in when recorded (as the line or
+    // as the joined shape): a restored shape is joined again to what is left.
+    std::vector<TUndoLink> Links;
 };
 
 // One step taken back: what redoing it needs (the records' Step is unused).

@@ -172,12 +172,30 @@ void TMyRectangle::SizeChangeValue(TPoint from, TPoint to) {
     const double zoom = Zoom();
     const TMyPoint ctr = GetCenterPoint();
     const TMyPoint q{float(to.x / zoom), float(to.y / zoom)};
-    if (const auto moved = sizedCorners(corners(), ctr, Angle(), HotIndex(), q)) {
+    const std::array<TMyPoint, 4> before = corners();
+    if (const auto moved = sizedCorners(before, ctr, Angle(), HotIndex(), q)) {
         TArrMyPoint pts = std::as_const(*this).Points();
         for (size_t i = 0; i < 4; ++i) pts[i] = (*moved)[i];
         SetPoints(pts);
+        carryLinkPoints(before, *moved);
     }
     SetCenterPoint(ComputeCenterPoint(4));
+}
+
+void TMyRectangle::carryLinkPoints(const std::array<TMyPoint, 4>& before, const std::array<TMyPoint, 4>& after) {
+    // Each link point keeps its place relative to the frame: its coordinates
+    // along the sides 0-1 and 0-3 stay the same.
+    const double ux = double(before[1].x) - before[0].x, uy = double(before[1].y) - before[0].y;
+    const double vx = double(before[3].x) - before[0].x, vy = double(before[3].y) - before[0].y;
+    const double det = ux * vy - uy * vx;
+    if (det == 0) return;  // a flat frame gives no proportions to keep
+    for (int i = 0; i < GetLinkPointsCount(); ++i) {
+        const TMyPoint p = GetLinkPoint(i);
+        const double dx = double(p.x) - before[0].x, dy = double(p.y) - before[0].y;
+        const double s = (dx * vy - dy * vx) / det, t = (ux * dy - uy * dx) / det;
+        SetLinkPoint(i, {float(after[0].x + s * (after[1].x - after[0].x) + t * (after[3].x - after[0].x)),
+                         float(after[0].y + s * (after[1].y - after[0].y) + t * (after[3].y - after[0].y))});
+    }
 }
 
 void TMyRectangle::Sizing(TCanvas* canvas, TPoint from, TPoint to) {

@@ -108,6 +108,8 @@ protected:
     std::array<TMyPoint, 8> handlesInZoom() const;
     std::array<TMyPoint, 4> corners() const;
     std::array<TMyPoint, 4> cornersInZoom() const;
+    // Moves the link points with a resize of the frame from before to after.
+    void carryLinkPoints(const std::array<TMyPoint, 4>& before, const std::array<TMyPoint, 4>& after);
     // The four switches of the handles.
     void assignOwnFields(const TMyShape* source, bool withRelations) override;
 
