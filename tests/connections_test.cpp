@@ -154,7 +154,6 @@ TEST_F(Connections, BothSidesFollowSwapsZOrderDeletionAndUndo) {
     EXPECT_EQ(ends(ac), std::make_pair(a->ShapeNo(), c->ShapeNo()));
 
     const int aId = a->GetShapeId();
-    const std::string before = DrawingState(cad);
     ASSERT_TRUE(cad.DeleteShapeById(aId));
     ExpectIntact(cad);
     EXPECT_EQ(ab->StartSpNo(), -1);
@@ -173,7 +172,6 @@ TEST_F(Connections, BothSidesFollowSwapsZOrderDeletionAndUndo) {
     cad.Redo();
     ExpectIntact(cad);
     EXPECT_EQ(ab->StartSpNo(), -1);
-    (void)before;
 }
 
 TEST_F(Connections, DeletedLineComesBackJoined) {
