@@ -24,7 +24,6 @@ public slots:
 
 private:
     void layersChanged();
-    void addSampleShapes();
     void setZoom(double zoom);
 
     RulerFrame* m_frame = nullptr;
