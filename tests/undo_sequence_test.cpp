@@ -1,6 +1,6 @@
 // Random edit sequences over many seeds: adding, deleting, grouping,
-// ungrouping, z-order, swaps, alignment, spacing, flips, locks, resizes, undo
-// and redo. After every step the drawing's references must be intact; taking
+// ungrouping, z-order, swaps, alignment, spacing, flips, locks, resizes,
+// connections, undo and redo. After every step the drawing's references must be intact; taking
 // back a change or an addition must give back the drawing exactly, and
 // redoing then undoing again must give back the same drawing.
 #include "cad/canvas/mycad.h"
@@ -25,7 +25,7 @@ public:
         for (int i = 0; i < 8; ++i) addShape();
         for (int i = 0; i < steps && !::testing::Test::HasFailure(); ++i) {
             const std::string before = DrawingState(m_cad);
-            const int op = pick(14);
+            const int op = pick(15);
             m_log += std::to_string(op) + ' ';
             bool exact = false;  // taking this step back restores the drawing exactly
             switch (op) {
@@ -43,6 +43,7 @@ public:
             case 11: m_cad.Undo(); break;
             case 12: m_cad.Redo(); break;
             case 13: undoRedoUndo(); break;
+            case 14: link(); exact = true; break;
             }
             ExpectIntact(m_cad);
             if (exact && m_cad.UndoRecords().size() && before != DrawingState(m_cad)) {
@@ -94,9 +95,11 @@ private:
             s = line;
         }
         }
-        if (s->GetPointsCount() == 0)
+        if (s->GetPointsCount() == 0) {
             for (TMyPoint q : {TMyPoint{x, y}, TMyPoint{x + 40, y}, TMyPoint{x + 40, y + 25}, TMyPoint{x, y + 25}})
                 s->AddPoint(q);
+            for (TMyPoint q : {TMyPoint{x, y + 12}, TMyPoint{x + 20, y}, TMyPoint{x + 40, y + 12}}) s->AddLinkPoint(q);
+        }
         s->Drawed({}, {});
         s->SetInfo(QString::number(pick(100)));
         m_cad.AddNewShape(s);
@@ -110,6 +113,14 @@ private:
             AddLinklineShape(b, uint32_t(line->ShapeNo()));
         }
         m_cad.PushtoUndoRedoShapeList({s}, ACT_ADD);
+    }
+
+    // A connector between link points of two shapes (of any layer).
+    void link() {
+        TMyShape* a = anyShape();
+        TMyShape* b = anyShape();
+        if (a && b && a->GetLinkPointsCount() && b->GetLinkPointsCount())
+            m_cad.CreateLink("link", a, pick(b->GetLinkPointsCount()), b, pick(a->GetLinkPointsCount()));
     }
 
     void group() {

@@ -62,6 +62,23 @@ std::vector<TUndoLink> linksOf(const TMyCAD& cad, const TMyShape* shape) {
     return links;
 }
 
+std::vector<std::pair<int, TArrMyPoint>> routesOf(const TMyCAD& cad, const TMyShape* shape) {
+    std::vector<std::pair<int, TArrMyPoint>> routes;
+    if (shape_cast<TMyLinkLine>(shape)) routes.emplace_back(shape->GetShapeId(), shape->Points());
+    for (uint32_t no : shape->LinkShapeNos())
+        if (const auto* line = shape_cast<TMyLinkLine>(cad.GetShapeByNo(int(no))))
+            routes.emplace_back(line->GetShapeId(), line->Points());
+    return routes;
+}
+
+void restoreRoutes(TMyCAD& cad, const std::vector<std::pair<int, TArrMyPoint>>& routes) {
+    for (const auto& [id, points] : routes)
+        if (auto* line = shape_cast<TMyLinkLine>(cad.GetShapeByID(id))) {
+            line->SetPoints(points);
+            line->SetCenterPoint(line->ComputeCenterPoint());
+        }
+}
+
 void rejoin(TMyCAD& cad, const TUndoLink& link) {
     auto* line = shape_cast<TMyLinkLine>(cad.GetShapeByID(link.LineId));
     TMyShape* shape = cad.GetShapeByID(link.ShapeId);
@@ -103,7 +120,7 @@ int TMyCAD::createLink(const QString& name, TMyShape* startShape, int endPtId, T
     line->SetStartSpPtId(startPtId);
     line->SetEndSpNo(endShape->ShapeNo());
     line->SetEndSpPtId(endPtId);
-    line->SetCenterPoint(line->ComputeCenterPoint());
+    line->Drawed({}, {});  // centre, and the caption below the route
     if (looks) {
         line->SetPen(*const_cast<TMyLine*>(looks)->Pen());
         line->SetArrowAngle(looks->ArrowAngle());

@@ -21,6 +21,13 @@ std::vector<TMyShape*> shapeTree(const TMyCAD& cad, TMyShape* shape);
 // is a line, and the ends of the link lines attached to it.
 std::vector<TUndoLink> linksOf(const TMyCAD& cad, const TMyShape* shape);
 
+// The points of the link lines attached to the shape (and of the shape
+// itself when it is a link line), by line id.
+std::vector<std::pair<int, TArrMyPoint>> routesOf(const TMyCAD& cad, const TMyShape* shape);
+
+// Puts recorded routes back on the link lines that are still there.
+void restoreRoutes(TMyCAD& cad, const std::vector<std::pair<int, TArrMyPoint>>& routes);
+
 // Attaches the line's end to the shape's link point again, both sides, when
 // both are on the canvas, the link point exists and that end is free.
 void rejoin(TMyCAD& cad, const TUndoLink& link);

@@ -50,7 +50,8 @@ std::unique_ptr<TMyShape> TMyCAD::snapshotOf(const TMyShape* shape) const {
 }
 
 TUndoRecord TMyCAD::recordOf(const TMyShape* shape, const QString& action, int step) const {
-    return TUndoRecord{step, shape->Name(), snapshotOf(shape), action, canvas_detail::linksOf(*this, shape)};
+    return TUndoRecord{step, shape->Name(), snapshotOf(shape), action, canvas_detail::linksOf(*this, shape),
+                       canvas_detail::routesOf(*this, shape)};
 }
 
 std::vector<TMyShape*> TMyCAD::restoreSnapshots(const std::vector<const TUndoRecord*>& records) {
@@ -209,6 +210,8 @@ TRedoStep TMyCAD::takeBack(std::vector<TUndoRecord>& step) {
         }
     }
     for (TMyShape* shape : changed) ChangeLinkShapes(shape);
+    for (const TUndoRecord& r : step)
+        if (isAction(r.Action, ACT_CHANGE)) canvas_detail::restoreRoutes(*this, r.LinkRoutes);
 
     // An ungrouped group comes back as a new group of its former members
     // (a member deleted since is restored from its copy first).
@@ -288,6 +291,7 @@ void TMyCAD::redoStep(const TRedoStep& step) {
                 s->AssignWithoutRelation(r.Snapshot.get());
                 ChangeLinkShapes(s);
             }
+        for (const TUndoRecord& r : step) canvas_detail::restoreRoutes(*this, r.LinkRoutes);
     } else if (isAction(action, ACT_GROUP)) {
         // The group as it was: members, looks and name; it gets a new id,
         // which every later step learns.

@@ -10,6 +10,8 @@
 // decides what a step means and takes it back (mycad_undo.cpp).
 #pragma once
 
+#include "cad/types.h"
+
 #include <QString>
 #include <memory>
 #include <vector>
@@ -46,6 +48,10 @@ struct TUndoRecord {
     // The connections the shape took part in when recorded (as the line or
     // as the joined shape): a restored shape is joined again to what is left.
     std::vector<TUndoLink> Links;
+    // The routes of the link lines attached to the shape (its own when it is
+    // a link line), by line id: taking
+    // back a move puts them back exactly, not merely routed again.
+    std::vector<std::pair<int, TArrMyPoint>> LinkRoutes;
 };
 
 // One step taken back: what redoing it needs (the records' Step is unused).

@@ -97,6 +97,7 @@ void TMyLinkLine::GetPath(TMyShape* startShape, int startPtId, TMyShape* endShap
         const auto [a, b] = ClipStraightLink(from.point, startShape ? outlineOf(startShape) : TArrMyPoint{},
                                              to.point, endShape ? outlineOf(endShape) : TArrMyPoint{});
         SetPoints({a, b});
+        SetCenterPoint(ComputeCenterPoint());
         return;
     }
 
@@ -124,6 +125,7 @@ void TMyLinkLine::GetPath(TMyShape* startShape, int startPtId, TMyShape* endShap
         }
     }
     SetPoints(route);
+    SetCenterPoint(ComputeCenterPoint());
 }
 
 void TMyLinkLine::ReRoute() {
