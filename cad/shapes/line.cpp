@@ -21,21 +21,6 @@ constexpr int kBand = 8;
 // Gap in pixels between a measuring line and the bottom of its label.
 constexpr double kLabelGap = 2;
 
-TRect growBy(TRect box, const TArrPoint& pts, int margin) {
-    for (const TPoint& p : pts) {
-        const TRect r{p.x - margin, p.y - margin, p.x + margin + 1, p.y + margin + 1};
-        if (box.right <= box.left || box.bottom <= box.top) {
-            box = r;
-            continue;
-        }
-        box.left = std::min(box.left, r.left);
-        box.top = std::min(box.top, r.top);
-        box.right = std::max(box.right, r.right);
-        box.bottom = std::max(box.bottom, r.bottom);
-    }
-    return box;
-}
-
 }  // namespace
 
 // ---- TMyLine -------------------------------------------------------------------------------
@@ -210,9 +195,9 @@ TRect TMyLine::GetPaintBoundsInZoom() {
     if (n < 2 || m_arrowStyle == ANone || m_arrowStyle > ADouble) return box;
     const int margin = std::max(Pen()->Width(), 1) + 1;
     if (m_arrowStyle == ALeft || m_arrowStyle == ADouble)
-        box = growBy(box, arrowHead(GetPointInZoom(n - 1), GetPointInZoom(n - 2)), margin);
+        box = growBoxBy(box, arrowHead(GetPointInZoom(n - 1), GetPointInZoom(n - 2)), margin);
     if (m_arrowStyle == ARight || m_arrowStyle == ADouble)
-        box = growBy(box, arrowHead(GetPointInZoom(0), GetPointInZoom(1)), margin);
+        box = growBoxBy(box, arrowHead(GetPointInZoom(0), GetPointInZoom(1)), margin);
     return box;
 }
 
@@ -299,8 +284,8 @@ TRect TMyRuleLine::GetPaintBoundsInZoom() {
     const TMyPoint first = GetPointInZoom(0), last = GetPointInZoom(n - 1);
     const int margin = std::max(Pen()->Width(), 1) + 1;
     if (m_tickStyle == tsLine) {
-        box = growBy(box, tickAt(first, GetPointInZoom(1)), margin);
-        box = growBy(box, tickAt(last, GetPointInZoom(n - 2)), margin);
+        box = growBoxBy(box, tickAt(first, GetPointInZoom(1)), margin);
+        box = growBoxBy(box, tickAt(last, GetPointInZoom(n - 2)), margin);
     }
     // The label lies within a circle about the middle that holds its box.
     const QString label = LabelText();
@@ -309,7 +294,7 @@ TRect TMyRuleLine::GetPaintBoundsInZoom() {
         const QFontMetrics metrics(font.ToQFont(std::max(1, Round(font.Size() * Zoom()))));
         const double radius = std::hypot(metrics.horizontalAdvance(label) / 2.0 + 4, metrics.height() * 1.5 + kLabelGap + 4) + 4;
         const TPoint mid = MyPtToPt(TMyPoint{(first.x + last.x) / 2, (first.y + last.y) / 2});
-        box = growBy(box, TArrPoint{mid}, int(std::ceil(radius)));
+        box = growBoxBy(box, TArrPoint{mid}, int(std::ceil(radius)));
     }
     return box;
 }

@@ -97,6 +97,21 @@ int pixelCeil(double v) {
     return int(c);
 }
 
+TRect growBoxBy(TRect box, const TArrPoint& pts, int margin) {
+    for (const TPoint& p : pts) {
+        const TRect r{p.x - margin, p.y - margin, p.x + margin + 1, p.y + margin + 1};
+        if (box.right <= box.left || box.bottom <= box.top) {
+            box = r;
+            continue;
+        }
+        box.left = std::min(box.left, r.left);
+        box.top = std::min(box.top, r.top);
+        box.right = std::max(box.right, r.right);
+        box.bottom = std::max(box.bottom, r.bottom);
+    }
+    return box;
+}
+
 bool polygonHasPixel(const TArrPoint& outline, TPoint p) {
     if (outline.size() < 3) return false;
     // An axis-aligned rectangle fills its left and top edges and leaves out

@@ -50,6 +50,10 @@ double normalisedDegrees(double radians);
 int pixelFloor(double v);
 int pixelCeil(double v);
 
+// The box grown to hold a square of margin pixels (one more on the far
+// sides) around every pixel point; an empty box becomes the first square.
+TRect growBoxBy(TRect box, const TArrPoint& pts, int margin);
+
 // Whether pixel p is one that Polygon fills for the closed outline (alternate
 // rule): exactly PtInRegion(CreatePolygonRgn(outline), p), without building
 // the region. Axis-aligned rectangles are answered arithmetically; other
