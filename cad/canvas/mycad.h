@@ -433,7 +433,8 @@ public:
     TMyShape* CreateShapeBySpTool(TDrawTool tool, TMyCAD* owner = nullptr);
     // Adds a TMyImage showing a copy of the bitmap, its top-left corner at
     // the pixel point and its frame the bitmap's size in drawing units, named
-    // name (or "Shape" + id when empty); records "ACT_ADD". The new shape,
+    // name (or "Shape" + id when empty), its caption point below it as after
+    // drawing with the mouse; records "ACT_ADD". The new shape,
     // or nil for an empty bitmap.
     TMyShape* AddImageShapeByCode(const QString& name, TPoint point, const TBitmap& bitmap);
     // The circle through three points (drawing units): its radius and the

@@ -50,6 +50,8 @@ TMyShape* TMyCAD::AddImageShapeByCode(const QString& name, TPoint point, const T
     const float x = float(point.x / m_zoom), y = float(point.y / m_zoom);
     const float w = float(bitmap.Width()), h = float(bitmap.Height());
     image->SetPoints({{x, y}, {x + w, y}, {x + w, y + h}, {x, y + h}});
+    // Centre and caption point as for a shape drawn with the mouse.
+    image->Drawed(point, point);
     if (!AddNewShape(image)) {
         delete image;
         return nullptr;
