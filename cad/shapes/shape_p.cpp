@@ -59,14 +59,14 @@ QString shapeKind(const TMyShape* shape) {
     case TShapeKind::PolyLine: return QStringLiteral("Polyline");
     case TShapeKind::Polygon: return QStringLiteral("Polygon");
     case TShapeKind::FreeLine: return QStringLiteral("Freehand line");
-    case TShapeKind::PolyBezier: return QStringLiteral("PolyBezier");
-    case TShapeKind::BLine: return QStringLiteral("BLine");
-    case TShapeKind::ElliArc: return QStringLiteral("ElliArc");
+    case TShapeKind::PolyBezier: return QStringLiteral("Bezier curve");
+    case TShapeKind::BLine: return QStringLiteral("B-spline");
+    case TShapeKind::ElliArc: return QStringLiteral("Arc");
     case TShapeKind::Text: return QStringLiteral("Text");
     case TShapeKind::Image: return QStringLiteral("Image");
-    case TShapeKind::LinkPoint: return QStringLiteral("LinkPoint");
-    case TShapeKind::LineLinkLine: return QStringLiteral("LineLinkLine");
-    case TShapeKind::LinkLine: return QStringLiteral("LinkLine");
+    case TShapeKind::LinkPoint: return QStringLiteral("Link point");
+    case TShapeKind::LineLinkLine: return QStringLiteral("Connector point");
+    case TShapeKind::LinkLine: return QStringLiteral("Connector");
     }
     return QStringLiteral("Shape");
 }
