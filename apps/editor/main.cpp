@@ -15,9 +15,12 @@ int main(int argc, char** argv) {
     parser.addHelpOption();
     QCommandLineOption screenshot("screenshot", "Save a picture of the window to <file> and exit.", "file");
     parser.addOption(screenshot);
+    QCommandLineOption zoom("zoom", "Open the drawing at <factor> (1 is actual size).", "factor", "1");
+    parser.addOption(zoom);
     parser.process(app);
 
     MainWindow window;
+    window.setZoom(parser.value(zoom).toDouble() > 0 ? parser.value(zoom).toDouble() : 1.0);
     window.show();
     if (parser.isSet(screenshot)) {
         const QString file = parser.value(screenshot);

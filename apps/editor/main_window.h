@@ -21,10 +21,11 @@ public slots:
     // date; called after anything the editor does to the drawing, the
     // selection or the layers.
     void updateActions();
+    // Zooms the canvas, kept between 0.1 and 8.
+    void setZoom(double zoom);
 
 private:
     void layersChanged();
-    void setZoom(double zoom);
 
     RulerFrame* m_frame = nullptr;
     faroven::TMyCAD* m_cad = nullptr;
