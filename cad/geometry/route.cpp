@@ -41,6 +41,10 @@ constexpr double kObstaclePenalty = 1e6;
 constexpr double kEndBoxPenalty = 1e8;
 // Grids above this many nodes drop the obstacles farthest from the ends.
 constexpr size_t kMaxNodes = 250000;
+// With a previous route, grid edges away from it cost this fraction of their
+// length extra: among routes of (nearly) the same cost the one that keeps the
+// previous route's course wins.
+constexpr float kDrift = 0.05f;
 
 bool finite(TMyPoint p) { return std::isfinite(p.x) && std::isfinite(p.y); }
 
@@ -143,19 +147,27 @@ struct HeapEntry {
     int state;
 };
 // Lowest f first; among equals the deeper state, then the lower index.
-bool laterThan(const HeapEntry& a, const HeapEntry& b) {
-    if (a.f != b.f) return a.f > b.f;
-    if (a.g != b.g) return a.g < b.g;
-    return a.state > b.state;
-}
+struct LaterThan {
+    bool operator()(const HeapEntry& a, const HeapEntry& b) const {
+        if (a.f != b.f) return a.f > b.f;
+        if (a.g != b.g) return a.g < b.g;
+        return a.state > b.state;
+    }
+};
+
+// Search record of one (node, direction) state; valid while stamp is the
+// current search's generation.
+struct StateRecord {
+    double g;
+    int parent;
+    uint32_t stamp;
+};
 
 // Buffers kept between calls so that a route allocates nothing once warm.
 struct Scratch {
     std::vector<float> xs, ys, lows;
     std::vector<float> hExtra, vExtra;
-    std::vector<double> g;
-    std::vector<int> parent;
-    std::vector<uint32_t> stamp;
+    std::vector<StateRecord> states;
     uint32_t generation = 0;
     std::vector<HeapEntry> heap;
 };
@@ -194,7 +206,10 @@ public:
         m_to = makeEnd(to, m_margin);
         m_goalDir = m_to.out == kNoDir ? kNoDir : opposite(m_to.out);
         collectRegions(from, to, obstacles, options.avoidObstacles);
-        if (options.previous && options.previous->size() >= 2) collectTolls(*options.previous);
+        if (options.previous && options.previous->size() >= 2) {
+            m_previous = options.previous;
+            collectTolls(*m_previous);
+        }
     }
 
     TArrMyPoint route() {
@@ -309,8 +324,9 @@ private:
             ys.push_back(r.t - r.lineGap);
             ys.push_back(r.b + r.lineGap);
         }
-        // Channels between neighbouring boxes that are too narrow for the
-        // lines above: the midline to the nearest box beyond each far edge.
+        // Channels between neighbouring boxes too narrow for the lines above
+        // (they would meet or cross): the midline to the nearest box beyond
+        // each far edge.
         addMidlines(xs, [](const Region& r) { return r.l; }, [](const Region& r) { return r.r; });
         addMidlines(ys, [](const Region& r) { return r.t; }, [](const Region& r) { return r.b; });
         for (auto* v : {&xs, &ys}) {
@@ -329,7 +345,7 @@ private:
         std::sort(lows.begin(), lows.end());
         for (const Region& r : m_regions) {
             const auto next = std::upper_bound(lows.begin(), lows.end(), high(r));
-            if (next != lows.end()) coords.push_back((high(r) + *next) / 2);
+            if (next != lows.end() && *next - high(r) < 2 * m_margin) coords.push_back((high(r) + *next) / 2);
         }
     }
 
@@ -346,6 +362,7 @@ private:
     void rasterise() {
         m_s.hExtra.assign(size_t(std::max(m_nx - 1, 0)) * m_ny, 0.0f);
         m_s.vExtra.assign(size_t(m_nx) * std::max(m_ny - 1, 0), 0.0f);
+        if (m_previous) rasteriseDrift(*m_previous);
         for (const Region& r : m_regions) {
             const float p = float(r.penalty);
             const int i0 = std::max(columnAfter(r.l) - 1, 0), i1 = std::min(column(r.r), m_nx - 1);
@@ -371,18 +388,52 @@ private:
         }
     }
 
+    // The fewest bends to the goal depend only on the travel direction and on
+    // the signs of the offset to the goal: 4 x 3 x 3 cases, costed once.
+    void tabulateBends() {
+        for (int d = 0; d < 4; ++d)
+            for (int sx = -1; sx <= 1; ++sx)
+                for (int sy = -1; sy <= 1; ++sy) {
+                    int bends;
+                    if (m_goalDir == kNoDir) {
+                        bends = 4;
+                        for (int a = 0; a < 4; ++a) bends = std::min(bends, bendsToArrive(d, sx, sy, a));
+                    } else {
+                        bends = bendsToArrive(d, sx, sy, m_goalDir);
+                        bends = std::min(bends, 1 + bendsToArrive(d, sx, sy, (m_goalDir + 1) & 3));
+                        bends = std::min(bends, 1 + bendsToArrive(d, sx, sy, (m_goalDir + 3) & 3));
+                    }
+                    m_bendTable[d][sx + 1][sy + 1] = double(m_bendCost) * bends;
+                }
+    }
+
+    // kDrift x length on every edge except those running along the previous
+    // route (within margin of one of its segments).
+    void rasteriseDrift(const TArrMyPoint& previous) {
+        const auto& xs = m_s.xs;
+        const auto& ys = m_s.ys;
+        for (int j = 0; j < m_ny; ++j)
+            for (int i = 0; i + 1 < m_nx; ++i) hEdge(i, j) = kDrift * (xs[i + 1] - xs[i]);
+        for (int j = 0; j + 1 < m_ny; ++j)
+            for (int i = 0; i < m_nx; ++i) vEdge(i, j) = kDrift * (ys[j + 1] - ys[j]);
+        const float tol = m_margin;
+        for (size_t k = 1; k < previous.size(); ++k) {
+            const TMyPoint p = previous[k - 1], q = previous[k];
+            if (p.y == q.y) {
+                const int i0 = column(std::min(p.x, q.x) - tol), i1 = columnAfter(std::max(p.x, q.x) + tol) - 1;
+                for (int j = row(p.y - tol), j1 = rowAfter(p.y + tol); j < j1; ++j)
+                    for (int i = i0; i < i1; ++i) hEdge(i, j) = 0;
+            } else if (p.x == q.x) {
+                const int j0 = row(std::min(p.y, q.y) - tol), j1 = rowAfter(std::max(p.y, q.y) + tol) - 1;
+                for (int i = column(p.x - tol), i1 = columnAfter(p.x + tol); i < i1; ++i)
+                    for (int j = j0; j < j1; ++j) vEdge(i, j) = 0;
+            }
+        }
+    }
+
     double heuristic(int i, int j, int d) const {
         const double dx = double(m_s.xs[m_goalI]) - m_s.xs[i], dy = double(m_s.ys[m_goalJ]) - m_s.ys[j];
-        int bends;
-        if (m_goalDir == kNoDir) {
-            bends = 4;
-            for (int a = 0; a < 4; ++a) bends = std::min(bends, bendsToArrive(d, dx, dy, a));
-        } else {
-            bends = bendsToArrive(d, dx, dy, m_goalDir);
-            bends = std::min(bends, 1 + bendsToArrive(d, dx, dy, (m_goalDir + 1) & 3));
-            bends = std::min(bends, 1 + bendsToArrive(d, dx, dy, (m_goalDir + 3) & 3));
-        }
-        return std::abs(dx) + std::abs(dy) + double(m_bendCost) * bends;
+        return std::abs(dx) + std::abs(dy) + m_bendTable[d][(dx > 0) - (dx < 0) + 1][(dy > 0) - (dy < 0) + 1];
     }
 
     // A* over (grid node, travel direction); cost = length + bends * bendCost +
@@ -398,25 +449,22 @@ private:
         m_goalJ = row(m_to.node.y);
         const int nStates = m_nx * m_ny * 4;
         const int goalState = nStates;
-        if (m_s.g.size() < size_t(nStates) + 1) {
-            m_s.g.resize(nStates + 1);
-            m_s.parent.resize(nStates + 1);
-            m_s.stamp.resize(nStates + 1, 0);
-        }
+        tabulateBends();
+        auto& states = m_s.states;
+        if (states.size() < size_t(nStates) + 1) states.resize(nStates + 1, StateRecord{0, -1, 0});
         if (++m_s.generation == 0) {
-            std::fill(m_s.stamp.begin(), m_s.stamp.end(), 0);
+            for (StateRecord& r : states) r.stamp = 0;
             m_s.generation = 1;
         }
         const uint32_t gen = m_s.generation;
         auto& heap = m_s.heap;
         heap.clear();
         auto relax = [&](int state, double g, int parent, double h) {
-            if (m_s.stamp[state] == gen && m_s.g[state] <= g) return;
-            m_s.stamp[state] = gen;
-            m_s.g[state] = g;
-            m_s.parent[state] = parent;
+            StateRecord& r = states[state];
+            if (r.stamp == gen && r.g <= g) return;
+            r = {g, parent, gen};
             heap.push_back({g + h, g, state});
-            std::push_heap(heap.begin(), heap.end(), laterThan);
+            std::push_heap(heap.begin(), heap.end(), LaterThan());
         };
         for (int d = 0; d < 4; ++d)
             if (m_from.out == kNoDir || d == m_from.out)
@@ -426,10 +474,10 @@ private:
         long long pops = 0;
         bool found = false;
         while (!heap.empty() && ++pops < maxPops) {
-            std::pop_heap(heap.begin(), heap.end(), laterThan);
+            std::pop_heap(heap.begin(), heap.end(), LaterThan());
             const HeapEntry e = heap.back();
             heap.pop_back();
-            if (e.g > m_s.g[e.state]) continue;  // a stale entry
+            if (e.g > states[e.state].g) continue;  // a stale entry
             if (e.state == goalState) {
                 found = true;
                 break;
@@ -454,7 +502,7 @@ private:
         if (!found) return {};
 
         TArrMyPoint nodes;
-        for (int s = m_s.parent[goalState]; s >= 0; s = m_s.parent[s]) {
+        for (int s = states[goalState].parent; s >= 0; s = states[s].parent) {
             const int node = s >> 2;
             nodes.push_back({xs[node % m_nx], ys[node / m_nx]});
         }
@@ -493,13 +541,34 @@ private:
                 if (high <= here) lo = std::max(lo, high);
                 else if (low >= here) hi = std::min(hi, low);
             }
-            const float mid = lo + (hi - lo) / 2;
+            float mid = lo + (hi - lo) / 2;
+            if (m_previous) mid = previousCourse(horizontal, s0, s1, lo, hi, mid);
             if (mid == here) continue;
             TArrMyPoint trial = route;
             if (horizontal) trial[k].y = trial[k + 1].y = mid;
             else trial[k].x = trial[k + 1].x = mid;
             if (cost(trial) <= cost(route)) route = std::move(trial);
         }
+    }
+
+    // A channel changes by jumps when a box starts or stops flanking the
+    // segment; the previous route's parallel segment over the same stretch
+    // stays where it was then, as long as it is still inside the channel.
+    float previousCourse(bool horizontal, float s0, float s1, float lo, float hi, float mid) const {
+        const TArrMyPoint& prev = *m_previous;
+        float best = mid, bestGap = INFINITY;
+        for (size_t k = 1; k < prev.size(); ++k) {
+            const TMyPoint p = prev[k - 1], q = prev[k];
+            if (horizontal ? p.y != q.y : p.x != q.x) continue;
+            const float a = horizontal ? std::min(p.x, q.x) : std::min(p.y, q.y);
+            const float b = horizontal ? std::max(p.x, q.x) : std::max(p.y, q.y);
+            const float c = horizontal ? p.y : p.x;
+            if (a < s1 && b > s0 && lo < c && c < hi && std::abs(c - mid) < bestGap) {
+                best = c;
+                bestGap = std::abs(c - mid);
+            }
+        }
+        return bestGap > m_margin ? best : mid;
     }
 
     bool leavesAndEntersRight(const TArrMyPoint& r) const {
@@ -538,7 +607,9 @@ private:
     int m_goalDir = kNoDir;
     std::vector<Region> m_regions;
     std::vector<Ray> m_tolls;
+    const TArrMyPoint* m_previous = nullptr;
     int m_nx = 0, m_ny = 0, m_goalI = 0, m_goalJ = 0;
+    double m_bendTable[4][3][3] = {};
 };
 
 // Parameter along p -> q of the last point where the segment crosses the
