@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <limits>
 
 namespace faroven {
 
@@ -33,12 +32,12 @@ int dirOf(TMyPoint p, TMyPoint q) {
     return q.y > p.y ? kDown : kUp;
 }
 
-// Crossing one grid edge inside an obstacle (grown by margin / 2) or inside
-// an end box: far above any route length, so that a way around always wins
-// and the fallback through boxes takes as few of them as it can; an end box
-// costs more than an obstacle.
-constexpr double kObstaclePenalty = 1e6;
-constexpr double kEndBoxPenalty = 1e8;
+// Crossing one grid edge inside an obstacle (grown by margin / 2) costs at
+// least this, and a thousand times the size of the scene: far above any route
+// length, so that a way round always wins and the fallback through boxes takes
+// as few of them as it can. An end box costs a hundred times more.
+constexpr double kMinObstaclePenalty = 1e6;
+constexpr double kEndBoxFactor = 100;
 // Grids above this many nodes drop the obstacles farthest from the ends.
 constexpr size_t kMaxNodes = 250000;
 // With a previous route, grid edges away from it cost this fraction of their
@@ -243,25 +242,25 @@ private:
         }
         for (int k = 0; k < owned; ++k) {
             const TMyRect& r = ownBoxes[k];
-            const Region region{r.left, r.top, r.right, r.bottom, kEndBoxPenalty, m_margin, owners[k]};
+            const Region region{r.left, r.top, r.right, r.bottom, 0, m_margin, owners[k]};
             // A box holding a link point strictly inside cannot be kept out of;
             // a sided end's own box can, since its first leg leaves the box.
             const bool holdsFrom = region.strictlyContains(from.point) && !((owners[k] & 1) && m_from.out != kNoDir);
             const bool holdsTo = region.strictlyContains(to.point) && !((owners[k] & 2) && m_to.out != kNoDir);
             if (!holdsFrom && !holdsTo) m_regions.push_back(region);
         }
-        if (!avoid) return;
         const float grow = m_margin / 2;
         std::vector<Region> kept;
-        for (const TMyRect& box : obstacles) {
-            if (!isFiniteBox(box)) continue;
-            const TMyRect r = normalised(box);
-            if (std::find(ownBoxes, ownBoxes + owned, r) != ownBoxes + owned) continue;
-            Region region{r.left - grow, r.top - grow, r.right + grow, r.bottom + grow, kObstaclePenalty, grow};
-            // Containers of an end (a lane, a frame) cannot be avoided.
-            if (region.strictlyContains(from.point) || region.strictlyContains(to.point)) continue;
-            kept.push_back(region);
-        }
+        if (avoid)
+            for (const TMyRect& box : obstacles) {
+                if (!isFiniteBox(box)) continue;
+                const TMyRect r = normalised(box);
+                if (std::find(ownBoxes, ownBoxes + owned, r) != ownBoxes + owned) continue;
+                const Region region{r.left - grow, r.top - grow, r.right + grow, r.bottom + grow, 0, grow};
+                // Containers of an end (a lane, a frame) cannot be avoided.
+                if (region.strictlyContains(from.point) || region.strictlyContains(to.point)) continue;
+                kept.push_back(region);
+            }
         // Each region adds up to three lines per axis; beyond the cap the
         // obstacles nearest to the ends' box are kept.
         const size_t cap = size_t(std::sqrt(double(kMaxNodes))) / 3;
@@ -276,6 +275,15 @@ private:
             kept.resize(cap);
         }
         m_regions.insert(m_regions.end(), kept.begin(), kept.end());
+
+        TMyRect scene{std::min(from.point.x, to.point.x), std::min(from.point.y, to.point.y),
+                      std::max(from.point.x, to.point.x), std::max(from.point.y, to.point.y)};
+        for (const Region& g : m_regions)
+            scene = {std::min(scene.left, g.l), std::min(scene.top, g.t), std::max(scene.right, g.r),
+                     std::max(scene.bottom, g.b)};
+        const double size = double(scene.right) - scene.left + double(scene.bottom) - scene.top;
+        const double penalty = std::max(kMinObstaclePenalty, 1000 * size);
+        for (Region& g : m_regions) g.penalty = g.owner ? penalty * kEndBoxFactor : penalty;
     }
 
     // Rays from the centre of every box that the previous route did not cross:
@@ -382,7 +390,8 @@ private:
             } else {
                 const int j = row(ray.cy) - 1;
                 if (j < 0 || j + 1 >= m_ny) continue;
-                const int i0 = ray.dir == kLeft ? 0 : columnAfter(ray.cx), i1 = ray.dir == kLeft ? column(ray.cx) : m_nx;
+                const int i0 = ray.dir == kLeft ? 0 : columnAfter(ray.cx);
+                const int i1 = ray.dir == kLeft ? column(ray.cx) : m_nx;
                 for (int i = i0; i < i1; ++i) vEdge(i, j) += toll;
             }
         }
@@ -492,9 +501,9 @@ private:
                 if (nd == opposite(d)) continue;
                 const int ni = i + kStepX[nd], nj = j + kStepY[nd];
                 if (ni < 0 || nj < 0 || ni >= m_nx || nj >= m_ny) continue;
-                double step;
-                if (nd == kRight || nd == kLeft) step = double(xs[std::max(i, ni)]) - xs[std::min(i, ni)] + hEdge(std::min(i, ni), j);
-                else step = double(ys[std::max(j, nj)]) - ys[std::min(j, nj)] + vEdge(i, std::min(j, nj));
+                const int li = std::min(i, ni), lj = std::min(j, nj);
+                double step = nd == kRight || nd == kLeft ? double(xs[li + 1]) - xs[li] + hEdge(li, j)
+                                                          : double(ys[lj + 1]) - ys[lj] + vEdge(i, lj);
                 if (nd != d) step += m_bendCost;
                 relax((nj * m_nx + ni) * 4 + nd, e.g + step, e.state, heuristic(ni, nj, nd));
             }
