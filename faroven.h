@@ -15,6 +15,7 @@
 #include "cad/geometry/geometry.h"
 #include "cad/geometry/gradient.h"
 #include "cad/geometry/markers.h"
+#include "cad/geometry/route.h"
 #include "cad/geometry/rotated_text.h"
 #include "cad/persistence/stream_io.h"
 #include "cad/persistence/userdata.h"
