@@ -62,7 +62,13 @@ int TShapeIndex::Insert(TMyShape* shape, const TRect& box, int listPos, bool roo
             // Clipped to the cell (one pixel of slack each side keeps the
             // edges' meaning: inside the cell the comparisons are unchanged).
             auto clip = [&](int v, int origin) { return int16_t(std::clamp(v - origin, -1, m_cell + 1)); };
-            m_cells[size_t(row * m_cols + col)].push_back(
+            std::vector<Entry>& cell = m_cells[size_t(row * m_cols + col)];
+            // About to grow: drop the entries of dead slots first, so that a
+            // cell that a often changed shape (a connector routed again and
+            // again) passes through keeps to about its live entries.
+            if (cell.size() == cell.capacity() && cell.size() >= 8)
+                std::erase_if(cell, [&](const Entry& e) { return !alive(e.slot); });
+            cell.push_back(
                 Entry{slot, posFlags, clip(box.left, ox), clip(box.top, oy), clip(box.right, ox), clip(box.bottom, oy)});
         }
     return slot;
