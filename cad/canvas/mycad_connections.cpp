@@ -122,7 +122,7 @@ int TMyCAD::createLink(const QString& name, TMyShape* startShape, int endPtId, T
     line->SetEndSpPtId(endPtId);
     line->Drawed({}, {});  // centre, and the caption below the route
     if (looks) {
-        line->SetPen(*const_cast<TMyLine*>(looks)->Pen());
+        line->SetPen(*looks->Pen());
         line->SetArrowAngle(looks->ArrowAngle());
         line->SetArrowLength(looks->ArrowLength());
         line->SetArrowOffset(looks->ArrowOffset());

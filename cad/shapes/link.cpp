@@ -115,8 +115,7 @@ void TMyLinkLine::GetPath(TMyShape* startShape, int startPtId, TMyShape* endShap
         // found leaves the region looked at, look again over its extent.
         const std::vector<const TMyShape*> skip{startShape ? cad->GetRootParentShape(startShape) : nullptr,
                                                 endShape ? cad->GetRootParentShape(endShape) : nullptr};
-        TMyRect region = grown(unite(GetPointsLTRB({from.point, from.point}), GetPointsLTRB({to.point, to.point})),
-                               4 * kRouteMargin);
+        TMyRect region = grown(GetPointsLTRB({from.point, to.point}), 4 * kRouteMargin);
         for (int attempt = 0; attempt < 3; ++attempt) {
             route = RouteOrthogonal(from, to, cad->RouteObstacles(region, LayerId(), skip), options);
             const TMyRect extent = grown(GetPointsLTRB(route), 2 * kRouteMargin);

@@ -120,6 +120,7 @@ public:
     TAlignment MultiInfoAlignment() const { return m_multiInfoAlignment; }
     void SetMultiInfoAlignment(TAlignment v) { m_multiInfoAlignment = v; changed(); }
     TPen* Pen() { return &m_pen; }
+    const TPen* Pen() const { return &m_pen; }
     void SetPen(const TPen& v) { m_pen.Assign(v); }
     TPenStyleJoinType PenStyleJoinType() const { return m_penStyleJoinType; }
     void SetPenStyleJoinType(TPenStyleJoinType v) { m_penStyleJoinType = v; changed(); }
