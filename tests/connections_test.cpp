@@ -2,6 +2,7 @@
 // the mouse, keeping both sides in step through every renumbering, undo,
 // re-routing when a shape changes, and splitting lines.
 #include "cad/canvas/mycad.h"
+#include "cad/geometry/geometry.h"
 #include "cad/shapes/link.h"
 #include "cad/shapes/polyline.h"
 #include "support/drawing_state.h"
@@ -211,6 +212,36 @@ TEST_F(Connections, MovingResizingAndTurningAShapeRoutesItsLinesAgain) {
     cad.Undo();
     EXPECT_EQ(std::as_const(*line).Points().front(), (TMyPoint{40, 10}));
     EXPECT_TRUE(orthogonal(line->Points()));
+}
+
+// Whether a segment of the route meets the inside of the box.
+bool crosses(const TArrMyPoint& route, const TMyRect& box) {
+    for (size_t i = 1; i < route.size(); ++i) {
+        const TMyRect seg = GetPointsLTRB({route[i - 1], route[i]});
+        if (seg.right > box.left && seg.left < box.right && seg.bottom > box.top && seg.top < box.bottom) return true;
+    }
+    return false;
+}
+
+TEST_F(Connections, RoutesGoRoundAThirdShapeAndKeepTheirSideWhenItMovesALittle) {
+    TMyRectangle* a = box(0, 100);
+    TMyRectangle* b = box(300, 100);
+    TMyShape* middle = AddRect(cad, 120, 60, 220, 150);  // between a's right side and b's left side
+    TMyLinkLine* line = link(a, 2, b, 0);
+    const TMyRect obstacle = middle->GetBounds();
+    ASSERT_FALSE(crosses(line->Points(), obstacle));
+    EXPECT_TRUE(orthogonal(line->Points()));
+    const bool below = GetPointsLTRB(line->Points()).bottom > obstacle.bottom;
+    for (int step = 0; step < 8; ++step) {
+        cad.DragChangeValueDxDyforShapes(b, 0, step % 2 ? -3 : 2);
+        cad.ChangeLinkShapes(b);
+        ASSERT_FALSE(crosses(line->Points(), obstacle)) << "step " << step;
+        EXPECT_EQ(GetPointsLTRB(line->Points()).bottom > obstacle.bottom, below) << "step " << step;
+    }
+    // Without LinklineAroundShape only the joined shapes shape the route.
+    cad.SetLinklineAroundShape(false);
+    cad.ChangeLinkShapes(b);
+    EXPECT_TRUE(crosses(line->Points(), obstacle));
 }
 
 TEST_F(Connections, StraightStyleClipsAtTheOutlines) {
