@@ -16,8 +16,6 @@ using namespace shape_detail;
 
 namespace {
 
-// The hit band around a curve, in screen pixels at every zoom.
-constexpr double kBand = 8;
 // Greatest distance between a drawn chord and the curve, in pixels.
 constexpr double kPixelTolerance = 0.25;
 // The same for measuring lengths, in drawing units.
@@ -78,25 +76,6 @@ double polylineLength(const std::vector<QPointF>& pts) {
     double length = 0;
     for (size_t i = 1; i < pts.size(); ++i) length += std::hypot(pts[i].x() - pts[i - 1].x(), pts[i].y() - pts[i - 1].y());
     return length;
-}
-
-// The squared distance from p to the segment ab.
-double squaredDistance(QPointF p, QPointF a, QPointF b) {
-    const QPointF ab = b - a, ap = p - a;
-    const double len2 = QPointF::dotProduct(ab, ab);
-    const double t = len2 > 0 ? std::clamp(QPointF::dotProduct(ap, ab) / len2, 0.0, 1.0) : 0.0;
-    const QPointF d = ap - t * ab;
-    return QPointF::dotProduct(d, d);
-}
-
-bool nearCurve(const TArrPoint& curve, TPoint p) {
-    const QPointF q(p.x, p.y);
-    for (size_t i = 0; i < curve.size(); ++i) {
-        const QPointF a(curve[i].x, curve[i].y);
-        const QPointF b = i + 1 < curve.size() ? QPointF(curve[i + 1].x, curve[i + 1].y) : a;
-        if (squaredDistance(q, a, b) <= kBand * kBand) return true;
-    }
-    return false;
 }
 
 TArrMyPoint zoomedPoints(const TMyShape* shape) {
@@ -267,7 +246,7 @@ void TMyPolyBezier::DrawHot(TCanvas* canvas) {
         if (isAnchor(i, n)) DrawSquare(this, canvas, GetPointInZoom(i));
 }
 
-bool TMyPolyBezier::IsClickedMe(TCanvas*, TPoint point) { return nearCurve(CurveInZoom(), point); }
+bool TMyPolyBezier::IsClickedMe(TCanvas*, TPoint point) { return shape_detail::nearPolyline(CurveInZoom(), point); }
 
 void TMyPolyBezier::Draging(TCanvas* canvas, TPoint from, TPoint to) {
     drawBand(canvas, completedChain(movedZoomedPoints(this, from, to)));
@@ -341,7 +320,7 @@ void TMyBLine::DrawHot(TCanvas* canvas) {
     for (int i = 0; i < n; ++i) DrawSquare(this, canvas, GetPointInZoom(i));
 }
 
-bool TMyBLine::IsClickedMe(TCanvas*, TPoint point) { return nearCurve(CurveInZoom(), point); }
+bool TMyBLine::IsClickedMe(TCanvas*, TPoint point) { return shape_detail::nearPolyline(CurveInZoom(), point); }
 
 void TMyBLine::Drawing(TCanvas* canvas, TPoint from, TPoint to) {
     if (!m_drawingFlag) {

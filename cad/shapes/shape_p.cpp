@@ -8,6 +8,7 @@
 
 #include <QImage>
 #include <QPainter>
+#include <QPointF>
 #include <QPolygon>
 #include <QRegion>
 #include <climits>
@@ -110,6 +111,29 @@ TRect growBoxBy(TRect box, const TArrPoint& pts, int margin) {
         box.bottom = std::max(box.bottom, r.bottom);
     }
     return box;
+}
+
+namespace {
+// The squared distance from p to the segment ab.
+double squaredDistance(QPointF p, QPointF a, QPointF b) {
+    const QPointF ab = b - a, ap = p - a;
+    const double len2 = QPointF::dotProduct(ab, ab);
+    const double t = len2 > 0 ? std::clamp(QPointF::dotProduct(ap, ab) / len2, 0.0, 1.0) : 0.0;
+    const QPointF d = ap - t * ab;
+    return QPointF::dotProduct(d, d);
+}
+}  // namespace
+
+bool nearPolyline(const TArrPoint& polyline, TPoint p) {
+    // The hit band is 8 screen pixels at every zoom.
+    constexpr double band = 8;
+    const QPointF q(p.x, p.y);
+    for (size_t i = 0; i < polyline.size(); ++i) {
+        const QPointF a(polyline[i].x, polyline[i].y);
+        const QPointF b = i + 1 < polyline.size() ? QPointF(polyline[i + 1].x, polyline[i + 1].y) : a;
+        if (squaredDistance(q, a, b) <= band * band) return true;
+    }
+    return false;
 }
 
 bool polygonHasPixel(const TArrPoint& outline, TPoint p) {

@@ -60,6 +60,10 @@ TRect growBoxBy(TRect box, const TArrPoint& pts, int margin);
 // outlines are scan-converted at that single pixel by the same rasteriser.
 bool polygonHasPixel(const TArrPoint& outline, TPoint p);
 
+// Whether pixel p lies within 8 pixels (straight-line distance) of the open
+// polyline: the hit band of curves drawn as many short pieces.
+bool nearPolyline(const TArrPoint& polyline, TPoint p);
+
 // sin(i * pi / 36) and cos(i * pi / 36) for i = 0..72: the 73 points of an
 // ellipse, every 5 degrees, the last closing the figure.
 struct EllipseTable {
