@@ -78,13 +78,6 @@ double polylineLength(const std::vector<QPointF>& pts) {
     return length;
 }
 
-TArrMyPoint zoomedPoints(const TMyShape* shape) {
-    TArrMyPoint pts;
-    pts.reserve(size_t(shape->GetPointsCount()));
-    for (int i = 0; i < shape->GetPointsCount(); ++i) pts.push_back(shape->GetPointInZoom(i));
-    return pts;
-}
-
 TArrMyPoint zoomedBy(TArrMyPoint pts, double zoom) {
     for (TMyPoint& p : pts) p = TMyPoint{float(p.x * zoom), float(p.y * zoom)};
     return pts;

@@ -124,6 +124,13 @@ double squaredDistance(QPointF p, QPointF a, QPointF b) {
 }
 }  // namespace
 
+TArrMyPoint zoomedPoints(const TMyShape* shape) {
+    TArrMyPoint pts;
+    pts.reserve(size_t(shape->GetPointsCount()));
+    for (int i = 0; i < shape->GetPointsCount(); ++i) pts.push_back(shape->GetPointInZoom(i));
+    return pts;
+}
+
 bool nearPolyline(const TArrPoint& polyline, TPoint p) {
     // The hit band is 8 screen pixels at every zoom.
     constexpr double band = 8;

@@ -60,6 +60,9 @@ TRect growBoxBy(TRect box, const TArrPoint& pts, int margin);
 // outlines are scan-converted at that single pixel by the same rasteriser.
 bool polygonHasPixel(const TArrPoint& outline, TPoint p);
 
+// The shape's points at the canvas's zoom, unrounded.
+TArrMyPoint zoomedPoints(const TMyShape* shape);
+
 // Whether pixel p lies within 8 pixels (straight-line distance) of the open
 // polyline: the hit band of curves drawn as many short pieces.
 bool nearPolyline(const TArrPoint& polyline, TPoint p);
