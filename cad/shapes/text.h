@@ -1,9 +1,18 @@
 // TMyText: a text box. The rectangle's four points are its frame; Lines is
-// the text, drawn with the shape's font inside the frame with the chosen
-// alignment, word wrap and character spacing, turned with the shape's angle.
+// the text (Info when Lines is empty), drawn with the shape's font inside the
+// frame with the chosen alignment, word wrap and character spacing, turned
+// with the shape's angle and clipped to the frame. IsSolid fills the frame
+// with the brush (or the gradient), IsBorder outlines it with the pen. The
+// handles, the hit test (inside the frame) and sizing are the rectangle's.
+//
+// Sizes: the font's Size is the character height in drawing units, scaled by
+// the zoom like the captions; CharacterSpace and the 2-unit margin inside the
+// frame are drawing units too.
 #pragma once
 
 #include "cad/shapes/rectangle.h"
+
+#include <vector>
 
 namespace faroven {
 
@@ -36,11 +45,41 @@ public:
     void SetHAlignment(THJustification v) { m_hAlignment = v; changed(); }
     bool WordWrap() const { return m_wordWrap; }
     void SetWordWrap(bool v) { m_wordWrap = v; changed(); }
-    // Extra pixels between characters (not stored in files).
+    // Extra space between characters in drawing units (not stored in files).
     int CharacterSpace() const { return m_characterSpace; }
     void SetCharacterSpace(int v) { m_characterSpace = v; changed(); }
 
+    // The text shown: the lines joined by line breaks, or Info when there
+    // are no lines.
+    QString Text() const;
+    // The frame, the fill and the border, then the text (no caption).
+    void Draw(TCanvas* canvas) override;
+    // "Text: 2 lines, width 26.46 mm, height 13.23 mm, angle 0.0°".
+    QString GetInfo() override;
+    // Makes the frame just hold the text at the font's size (unwrapped, with
+    // the margin): point 0 stays where it is (the origin without points) and
+    // the frame is turned by Angle about it. The importer calls this after
+    // SetInfo and SetAngle.
+    void reCaclpoints();
+    // The outlines of the glyphs exactly where Draw puts them, in pixels at
+    // the current zoom, as a path of the platform's kind: a point type per
+    // point, 6 move-to, 2 line-to, 4 for each of the three points of a
+    // Bézier curve-to, and 1 added to the last point of every closed figure
+    // (its closing segment back to the move-to is implied).
+    void GetPathPoints(TCanvas* canvas, TArrPoint& points, std::vector<uint8_t>& types);
+
+    // The rows as laid out in a frame of the given width in pixels at the
+    // zoom: the lines, each broken at spaces to fit when WordWrap is on.
+    QStringList LayoutRows(double frameWidth) const;
+
+protected:
+    void assignOwnFields(const TMyShape* source, bool withRelations) override;
+
 private:
+    // The text's path in the upright frame and the turn that puts it in
+    // place, at the current zoom.
+    struct Layout;
+    Layout layout() const;
     QStringList linesList() const { return m_lines.Lines(); }
     void setLinesList(const QStringList& v) { m_lines.SetLines(v); changed(); }
 
