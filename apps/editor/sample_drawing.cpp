@@ -94,6 +94,7 @@ void AddSampleDrawing(TMyCAD* cad) {
     text->SetIsSolid(true);
     text->SetHAlignment(jhCenter);
     text->SetVAlignment(jvCenter);
+    text->Font()->SetSize(14);
     add(text, box(560, 680, 740, 740), clBlack, 0xE0FFFF, "");
     TBitmap picture;
     picture.SetPixelFormat(pf24bit);
@@ -120,17 +121,16 @@ void AddSampleDrawing(TMyCAD* cad) {
     junction->AddPointByMouse({360, 1000});
     cad->AddNewShape(junction);
     TMyShape* below = linked(40, 970, "D");
-    cad->CreateLink("D to junction", below, 3, junction, 2);
-    cad->CreateLink("junction to B", junction, 3, to, 1);
-    TMyShape* target = linked(560, 970, "E");
+    linked(560, 970, "E");
     auto marker = new TMyLinkPoint(cad);
     marker->AddPointByMouse({615, 1000});
     cad->AddNewShape(marker);
+    cad->CreateLink("D to junction", below, 3, junction, 2);
+    cad->CreateLink("junction to B", junction, 3, to, 1);
     cad->SetLinkLineDrawStyle(lldsFree);
     cad->CreateLink("straight", junction, 0, marker, 1);
     cad->SetLinkLineDrawStyle(lldsHV);
     (void)obstacle;
-    (void)target;
 
     cad->RemoveAllWorkingShapes();
     cad->AddWorkingShapes(rect);
