@@ -180,19 +180,4 @@ TEST_F(Curve, LengthIsMeasuredAlongTheCurve) {
     EXPECT_NEAR(bline->GetLengthByUnit(), 25.4, 1e-4);
 }
 
-TEST_F(Curve, AssignCopiesPointsArrowsAndTheDrawingFlag) {
-    auto b = arch();
-    b->SetArrowStyle(ALeft);
-    TMyPolyBezier copy(&cad);
-    copy.Assign(b);
-    EXPECT_EQ(std::as_const(copy).Points(), std::as_const(*b).Points());
-    EXPECT_EQ(copy.ArrowStyle(), ALeft);
-    TMyBLine s(&cad), t(&cad);
-    s.SetDrawingFlag(true);
-    s.SetPoints({{1, 2}, {3, 4}});
-    t.AssignWithoutRelation(&s);
-    EXPECT_TRUE(t.DrawingFlag());
-    EXPECT_EQ(std::as_const(t).Points(), std::as_const(s).Points());
-}
-
 }  // namespace

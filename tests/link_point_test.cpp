@@ -190,22 +190,6 @@ TEST_F(LinkShapes, JunctionDrawsARingAndADotAndIsHitInsideTheCircleOnly) {
     EXPECT_GT(hits, 1700) << "about pi * 24^2";
 }
 
-TEST_F(LinkShapes, HotMarksAreTheCornersAndTheCanvasShowsTheLinkPoints) {
-    cad.SetZoom(2);
-    TMyShape* shapes[] = {press<TMyLinkPoint>(cad, {80, 120}), press<TMyLineLinkLine>(cad, {200, 120})};
-    for (TMyShape* s : shapes) {
-        s->Pen()->SetColor(clRed);
-        cad.AddWorkingShapes(s);
-    }
-    const QImage image = cad.PaintToImage();
-    for (TPoint corner : {Point(72, 112), Point(88, 128), Point(188, 108), Point(212, 132)})
-        EXPECT_EQ(PixelAt(image, corner.x, corner.y), clLime) << corner.x << "," << corner.y;
-    EXPECT_EQ(PixelAt(image, 80, 112), clRed) << "no side mark on the marker";
-    EXPECT_NE(PixelAt(image, 203, 111), clLime) << "no side mark on the junction";
-    EXPECT_EQ(PixelAt(image, 80, 120), clBlue) << "the marker's link cross";
-    EXPECT_EQ(PixelAt(image, 200, 108), clBlue) << "the junction's top link cross";
-}
-
 TEST_F(LinkShapes, JunctionWinsAPressUnderABiggerShape) {
     auto j = press<TMyLineLinkLine>(cad, {60, 60});
     press<TMyLinkPoint>(cad, {120, 60});
