@@ -55,14 +55,8 @@ void expectLinksOnCircle(TMyLineLinkLine* j) {
 
 class LinkShapes : public ::testing::Test {
 protected:
-    void SetUp() override {
-        cad.GridOperation()->SetGridShow(false);
-        m_savedHot = HotColor();
-        SetHotColor(clLime);
-    }
-    void TearDown() override { SetHotColor(m_savedHot); }
+    void SetUp() override { cad.GridOperation()->SetGridShow(false); }
     TMyCAD cad;
-    TColor m_savedHot = clLime;
 };
 
 TEST_F(LinkShapes, OnePressMakesTheFrameAndItsLinkPointsAtEveryZoom) {
