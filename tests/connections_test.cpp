@@ -280,6 +280,16 @@ TEST_F(Connections, DrawnPlainLineBecomesAConnection) {
     cad.Undo();
     EXPECT_EQ(cad.GetShapesCount(), 2);
     EXPECT_FALSE(cad.CanUndo());
+    // A line still being drawn (not in the list) is freed by the canvas.
+    auto* drawn = new TMyLine(&cad);
+    drawn->SetStartSpNo(a->ShapeNo());
+    drawn->SetStartSpPtId(2);
+    drawn->SetEndSpNo(b->ShapeNo());
+    drawn->SetEndSpPtId(0);
+    cad.SetCurrentShape(drawn);
+    EXPECT_GE(cad.CreateAndDelete(drawn), 0);
+    EXPECT_EQ(cad.CurrentShape(), nullptr);
+    EXPECT_EQ(cad.GetShapesCount(), 3);
 }
 
 TEST_F(Connections, BreakingALinkLineHandsItsEndToTheSecondPart) {

@@ -153,15 +153,15 @@ int TMyCAD::CreateAndDelete(TMyShape* line) {
     TMyShape* start = GetShapeByNo(plain->StartSpNo());
     TMyShape* end = GetShapeByNo(plain->EndSpNo());
     if (!start || !end || start == end) return -1;
+    const bool beingDrawn = m_currentShape == plain;
     // The connection keeps the looks the user drew the line with.
     const int id = createLink(QStringLiteral("Shape") + QString::number(m_nextShapeId), start, plain->EndSpPtId(),
                               end, plain->StartSpPtId(), plain);
     if (id < 0) return -1;
     if (GetShapeNoInMyShapes(plain) >= 0) {
         deleteShapes({plain}, false, true);
-    } else if (m_currentShape == plain) {
-        m_currentShape = nullptr;
-        delete plain;
+    } else if (beingDrawn) {
+        delete plain;  // the canvas owns the shape it is drawing
     }
     return id;
 }
