@@ -307,11 +307,17 @@ TEST_F(Connections, BreakingALinkLineHandsItsEndToTheSecondPart) {
     EXPECT_EQ(tail->EndSpNo(), b->ShapeNo());
     EXPECT_EQ(tail->StartSpNo(), -1);
     ExpectIntact(cad);
+    const std::string split = DrawingState(cad);
     cad.Undo();
     cad.Undo();
     ExpectIntact(cad);
     EXPECT_EQ(cad.GetShapesCount(), 3);
     EXPECT_EQ(std::as_const(*line).Points(), (TArrMyPoint{{40, 10}, {200, 10}}));
+    EXPECT_EQ(cad.IsLinked(a, b), line->GetShapeId()) << "the line joins both again";
+    cad.Redo();
+    cad.Redo();
+    ExpectIntact(cad);
+    EXPECT_EQ(DrawingState(cad), split);
 }
 
 TEST_F(Connections, BreakLineSplitsAPolylineAtHalfItsLength) {

@@ -79,6 +79,33 @@ void restoreRoutes(TMyCAD& cad, const std::vector<std::pair<int, TArrMyPoint>>& 
         }
 }
 
+void setEnds(TMyCAD& cad, TMyShape* shape, const std::vector<TUndoLink>& links) {
+    auto* line = shape_cast<TMyLinkLine>(shape);
+    if (!line) return;
+    const uint32_t lineNo = uint32_t(line->ShapeNo());
+    for (const bool atStart : {true, false}) {
+        const TUndoLink* recorded = nullptr;
+        for (const TUndoLink& link : links)
+            if (link.LineId == line->GetShapeId() && link.AtStart == atStart) recorded = &link;
+        TMyShape* target = recorded ? cad.GetShapeByID(recorded->ShapeId) : nullptr;
+        const int targetPt = target ? recorded->PtId : -1;
+        const int now = atStart ? line->StartSpNo() : line->EndSpNo();
+        const int nowPt = atStart ? line->StartSpPtId() : line->EndSpPtId();
+        if (target ? target->ShapeNo() == now && targetPt == nowPt : now < 0) continue;
+        // Off the shape it rests on now (which keeps the line when the other end stays on it).
+        const int other = atStart ? line->EndSpNo() : line->StartSpNo();
+        if (TMyShape* old = cad.GetShapeByNo(now); old && other != now) RemoveLinklineShape(old, lineNo);
+        if (atStart) {
+            line->SetStartSpNo(target ? target->ShapeNo() : -1);
+            line->SetStartSpPtId(targetPt);
+        } else {
+            line->SetEndSpNo(target ? target->ShapeNo() : -1);
+            line->SetEndSpPtId(targetPt);
+        }
+        if (target) AddLinklineShape(target, lineNo);
+    }
+}
+
 void rejoin(TMyCAD& cad, const TUndoLink& link) {
     auto* line = shape_cast<TMyLinkLine>(cad.GetShapeByID(link.LineId));
     TMyShape* shape = cad.GetShapeByID(link.ShapeId);
@@ -351,7 +378,9 @@ TMyShape* TMyCAD::splitLine(TMyLine* line, int before, TMyPoint at, bool recordU
     auto* tail = static_cast<TMyLine*>(second);
     const int endNo = line->EndSpNo(), endPt = line->EndSpPtId();
     TMyShape* endShape = GetShapeByNo(endNo);
-    if (endShape && endNo != line->StartSpNo()) RemoveLinklineShape(endShape, uint32_t(line->ShapeNo()));
+    const TMyShapeNo* endList = endShape ? &std::as_const(*endShape).LinkShapeNos() : nullptr;
+    const bool listed = endList && std::find(endList->begin(), endList->end(), uint32_t(line->ShapeNo())) != endList->end();
+    if (listed && endNo != line->StartSpNo()) RemoveLinklineShape(endShape, uint32_t(line->ShapeNo()));
     line->SetEndSpNo(-1);
     line->SetEndSpPtId(-1);
     if (!AddNewShape(second)) {
@@ -362,7 +391,7 @@ TMyShape* TMyCAD::splitLine(TMyLine* line, int before, TMyPoint at, bool recordU
     if (endShape) {
         tail->SetEndSpNo(endNo);
         tail->SetEndSpPtId(endPt);
-        if (shape_cast<TMyLinkLine>(second)) AddLinklineShape(endShape, uint32_t(second->ShapeNo()));
+        if (listed) AddLinklineShape(endShape, uint32_t(second->ShapeNo()));
     }
     if (recordUndo) PushtoUndoRedoShapeList({second}, QString::fromLatin1(ACT_ADD));
     Invalidate();

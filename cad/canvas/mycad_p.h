@@ -28,6 +28,10 @@ std::vector<std::pair<int, TArrMyPoint>> routesOf(const TMyCAD& cad, const TMySh
 // Puts recorded routes back on the link lines that are still there.
 void restoreRoutes(TMyCAD& cad, const std::vector<std::pair<int, TArrMyPoint>>& routes);
 
+// Puts the link line's two ends back as the links recorded for it say
+// (attached to the recorded shape and link point, or free), both sides.
+void setEnds(TMyCAD& cad, TMyShape* line, const std::vector<TUndoLink>& links);
+
 // Attaches the line's end to the shape's link point again, both sides, when
 // both are on the canvas, the link point exists and that end is free.
 void rejoin(TMyCAD& cad, const TUndoLink& link);

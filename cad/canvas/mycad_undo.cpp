@@ -197,6 +197,7 @@ TRedoStep TMyCAD::takeBack(std::vector<TUndoRecord>& step) {
             // Properties and geometry come back; the shape keeps its place
             // and relations, which later steps may have renumbered.
             live->AssignWithoutRelation(r.Snapshot.get());
+            canvas_detail::setEnds(*this, live, r.Links);
             changed.push_back(live);
         } else if (isAction(action, ACT_GROUP)) {
             keepForRedo(live, ACT_GROUP);
@@ -289,6 +290,7 @@ void TMyCAD::redoStep(const TRedoStep& step) {
         for (const TUndoRecord& r : step)
             if (TMyShape* s = shapeById(r.Snapshot->GetShapeId())) {
                 s->AssignWithoutRelation(r.Snapshot.get());
+                canvas_detail::setEnds(*this, s, r.Links);
                 ChangeLinkShapes(s);
             }
         for (const TUndoRecord& r : step) canvas_detail::restoreRoutes(*this, r.LinkRoutes);
