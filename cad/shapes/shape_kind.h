@@ -3,9 +3,8 @@
 // compares kinds, so a misspelt class is a compile error instead of a test
 // that silently never matches.
 //
-// Every shape class of the library has a kind here, including the families
-// that are still to come. A class states its own kind as
-// `static constexpr TShapeKind Kind` and returns it from `kind()`; a subclass
+// Every shape class of the library has a kind here. A class states its own
+// kind as `static constexpr TShapeKind Kind` and returns it from `kind()`; a subclass
 // without a kind of its own (a test double, an application's shape) reports
 // its base class's kind. Kinds are not stored in files: the file formats keep
 // the class names.
