@@ -96,6 +96,22 @@ TEST_F(Undo, DeletedGroupComesBackWithMembersAndDetachedLinks) {
     EXPECT_EQ(line->EndSpNo(), -1);
 }
 
+TEST_F(Undo, DeletedMemberGoesBackIntoItsGroup) {
+    TMyRectangle* a = rect(0);
+    rect(20);
+    rect(40);
+    const int groupId = cad.GroupShapes({a, cad.GetShapeByNo(1)}, false);
+    const int memberId = a->GetShapeId();
+    ASSERT_TRUE(cad.DeleteShapeById(memberId));
+    cad.Undo();
+    ExpectIntact(cad);
+    TMyShape* member = cad.GetShapeByID(memberId);
+    TMyShape* group = cad.GetShapeByID(groupId);
+    ASSERT_NE(member, nullptr);
+    EXPECT_EQ(member->ParentShapeNo(), group->ShapeNo());
+    EXPECT_EQ(std::as_const(*group).ChildShapeNos().size(), 2u);
+}
+
 TEST_F(Undo, ChangeComesBackAndRedoGoesForwardAgain) {
     TMyRectangle* a = rect(0);
     const std::string before = DrawingState(cad);

@@ -9,8 +9,10 @@
 #include "cad/canvas/mycad_p.h"
 
 #include "cad/shapes/line.h"
+#include "cad/shapes/rectangle.h"
 #include "cad/shapes/shape_factory.h"
 
+#include <algorithm>
 #include <unordered_set>
 
 namespace faroven {
@@ -50,8 +52,9 @@ std::unique_ptr<TMyShape> TMyCAD::snapshotOf(const TMyShape* shape) const {
 }
 
 TUndoRecord TMyCAD::recordOf(const TMyShape* shape, const QString& action, int step) const {
+    const TMyShape* parent = GetShapeByNo(shape->ParentShapeNo());
     return TUndoRecord{step, shape->Name(), snapshotOf(shape), action, canvas_detail::linksOf(*this, shape),
-                       canvas_detail::routesOf(*this, shape)};
+                       canvas_detail::routesOf(*this, shape), parent ? parent->GetShapeId() : -1};
 }
 
 std::vector<TMyShape*> TMyCAD::restoreSnapshots(const std::vector<const TUndoRecord*>& records) {
@@ -87,6 +90,18 @@ std::vector<TMyShape*> TMyCAD::restoreSnapshots(const std::vector<const TUndoRec
         shape->SetShapeNo(GetShapesCount());
         AddShape(shape, layerExists, true);
         restored.push_back(shape);
+    }
+    // A member whose group is still there (and was not restored with it)
+    // goes back into the group.
+    for (size_t k = 0; k < records.size(); ++k) {
+        TMyShape* shape = restored[k];
+        TMyShape* group = shape->HasParentShape() ? nullptr : shapeById(records[k]->ParentId);
+        if (!group || !dynamic_cast<TMyGroup*>(group)) continue;
+        shape->SetParentShapeNo(group->ShapeNo());
+        std::vector<int32_t> members = std::as_const(*group).ChildShapeNos();
+        members.push_back(shape->ShapeNo());
+        std::sort(members.begin(), members.end());
+        group->SetChildShapeNos(members);
     }
     // Connections come back where both sides are still (or again) there.
     for (size_t k = 0; k < records.size(); ++k)

@@ -63,6 +63,7 @@ void TUndoHistory::ClearRedo() { m_redo.clear(); }
 void TUndoHistory::ReplaceShapeId(int oldId, int newId) {
     auto replace = [&](TUndoRecord& r) {
         if (r.Snapshot && r.Snapshot->GetShapeId() == oldId) r.Snapshot->SetShapeId(newId);
+        if (r.ParentId == oldId) r.ParentId = newId;
         for (TUndoLink& link : r.Links) {
             if (link.LineId == oldId) link.LineId = newId;
             if (link.ShapeId == oldId) link.ShapeId = newId;

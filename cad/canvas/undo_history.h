@@ -52,6 +52,9 @@ struct TUndoRecord {
     // a link line), by line id: taking
     // back a move puts them back exactly, not merely routed again.
     std::vector<std::pair<int, TArrMyPoint>> LinkRoutes;
+    // The id of the group the shape belonged to when recorded (-1: none): a
+    // member whose deletion is taken back goes back into its group.
+    int ParentId = -1;
 };
 
 // One step taken back: what redoing it needs (the records' Step is unused).
