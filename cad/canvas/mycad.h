@@ -437,6 +437,27 @@ public:
     // drawing with the mouse; records "ACT_ADD". The new shape,
     // or nil for an empty bitmap.
     TMyShape* AddImageShapeByCode(const QString& name, TPoint point, const TBitmap& bitmap);
+    // Adds a shape of the tool's class on the canvas (this one when nil) from
+    // points in drawing units, as if drawn with the mouse, and records
+    // "ACT_ADD". name: the shape's name ("Shape" + id when empty); points:
+    // a rectangle-like shape takes two opposite corners (or its four corners),
+    // an arc its three points, every line its points as given; angle: turns
+    // the shape about its centre (radians, clockwise); text: the caption
+    // (Info), or a text shape's lines, one per line of the string. Nil, with
+    // nothing added, for a tool that draws nothing or too few points.
+    TMyShape* AddShapeByCode(TMyCAD* canvas, TDrawTool tool, const QString& name, const TArrMyPoint& points,
+                             long double angle, const QString& text);
+    // The same from a frame: its top-left corner at point and width by height
+    // drawing units; a line goes from the frame's top-left to its
+    // bottom-right corner, an arc through its left-middle, top-middle and
+    // right-middle points. penWidth > 0 sets the shape's pen width.
+    TMyShape* AddShapeByCode2(TMyCAD* canvas, TDrawTool tool, const QString& name, TMyPoint point, int width,
+                              int height, int penWidth, long double angle, const QString& text);
+    // Finishes the polygon (or polyline) being drawn as a double click would:
+    // a polygon of three or more points is closed on its first point, a
+    // polyline of two or more ends at its last point; with fewer points
+    // nothing happens.
+    void ClosePolygon();
     // The circle through three points (drawing units): its radius and the
     // angles, in degrees counter-clockwise with y pointing up (as DXF has
     // them), at which the arc from p1 through p2 to p3 starts and ends when
@@ -614,10 +635,89 @@ public:
     // Called by a shape when it changes; schedules a repaint.
     void ShapeChanged(TMyShape* shape);
 
-    // ---- Mouse feedback: cross-hair and hover (mycad_mouse.cpp) ---------------------------------
-    // Tracks the mouse for the cross-hair and the hover frame, then runs the inherited handler.
+    // ==== Mouse interaction ========================================================================
+    // A left press, the moves and the release edit the drawing according to
+    // Action (see docs/mouse.md): drawing a shape with the current tool,
+    // picking, rubber-band selection, dragging, resizing and rotating the
+    // selection, moving a caption point, picking a member of a group, adding
+    // and removing nodes, dragging the whole layer. Every committed edit is one
+    // undo step; a press and release in one place records nothing.
+    // Press (mycad_mouse_down.cpp): the inherited OnMouseDown first, then the press.
+    void MouseDown(TMouseButton Button, TShiftState Shift, int X, int Y) override;
+    // Release (mycad_mouse_up.cpp): commits the edit the press began.
+    void MouseUp(TMouseButton Button, TShiftState Shift, int X, int Y) override;
+    // Move (mycad_mouse.cpp): feedback of the edit in progress, drawn by the
+    // next paint in exclusive-or on top of the drawing; the label controls,
+    // hover events and hint, cursor shape, cross-hair and hover frame.
     void MouseMove(TShiftState Shift, int X, int Y) override;
     void MouseLeave() override;
+    // A left press is being held.
+    bool MousePressed() const { return m_mousePressed; }
+    // Where the press happened (snapped, and moved onto a hot point) and the latest mouse point.
+    TPoint DownPoint() const { return m_downPoint; }
+    TPoint LastPoint() const { return m_lastPoint; }
+    // The action the release returns to.
+    TActionTools SavedAction() const { return m_savedAction; }
+    // The shape being drawn (owned by the canvas until it is finished and
+    // added), or nil.
+    TMyShape* DrawnShape() const { return m_drawnShape.get(); }
+    // The control pixels the feedback of the edit in progress covers (the
+    // last move invalidated them together with the former ones).
+    TRect EditFeedbackRect() const { return m_feedbackRect; }
+    // Drops the shape being drawn and the edit in progress (Escape): the
+    // drawing is as it was before the press.
+    void CancelMouseEdit();
+    // While an edit runs, mouse points are kept inside this control
+    // rectangle; Qt cannot confine the system cursor itself, so the canvas
+    // grabs the mouse and clamps the points it is given.
+    void SetCursorClipArea(const TRect& rect);
+    void ReleaseCursorClipArea();
+    // The mouse position in TheUNIT (through GetPointByMode) into LabelXY;
+    // the measured value of the edit in progress into LabelValue.
+    void UpdateLabelXY(int x, int y);
+    void UpdateLabelValue();
+    // Raises OnMouseLeaveShape and OnMouseEnterShape as the shape under the
+    // mouse changes, and makes the shape's caption or kind the hint.
+    void ShowHintEnterLeaveShape(TMyShape* shape);
+    // The outline of the selection moved from one pixel point to another,
+    // and of the rotated shape turned by the mouse (exclusive-or feedback).
+    void DraggingforShapes(TCanvas* canvas, TPoint from, TPoint to);
+    void RotatingforShapes(TCanvas* canvas, TPoint from, TPoint to);
+    // Applies a committed rotation (radians, clockwise) to the shape and its
+    // members about the shape's centre.
+    void RotateChangeValueforShapes(TMyShape* shape, double angle);
+    // The pen state of selection feedback: the exclusive-or dotted pen.
+    void SetSelectShapeMode(TCanvas* canvas);
+    // With Shift held: a rectangle-like shape being drawn becomes a square
+    // (the larger side wins), a line segment from `from` becomes horizontal
+    // or vertical (the nearer one). `to` is moved accordingly.
+    void DrawMakeSquareorHV(TMyShape* shape, TShiftState shift, TPoint from, TPoint& to) const;
+    // With Shift held: a corner of a rectangle-like shape keeps the shape's
+    // proportions, a line end goes horizontal or vertical from its neighbour.
+    void ResizeMakeSquareorHV(TMyShape* shape, TShiftState shift, TPoint& to) const;
+
+    // ---- Beyond the press-move-release protocol (off where they change it) ----------------------
+    // On: a drawing tool also finishes a rectangle-like shape or a line by
+    // dragging from the first corner and releasing at the second (off: each
+    // point is a press, as the tools define).
+    bool DrawByDragging() const { return m_drawByDragging; }
+    void SetDrawByDragging(bool v) { m_drawByDragging = v; }
+    // On: dragging and resizing show lines where the selection's edges or
+    // centre line up with nearby shapes, or its gaps equal theirs, and snap to them.
+    bool SmartGuides() const { return m_smartGuides; }
+    void SetSmartGuides(bool v) { m_smartGuides = v; }
+    // On (default): arrows nudge the selection by a pixel (Shift: a grid
+    // step), Delete deletes it, Escape cancels the edit or the shape being
+    // drawn, Ctrl+A selects every shape of the current layer.
+    bool KeyboardEditing() const { return m_keyboardEditing; }
+    void SetKeyboardEditing(bool v);
+    // On (default): Ctrl+wheel zooms about the mouse position.
+    bool WheelZoom() const { return m_wheelZoom; }
+    void SetWheelZoom(bool v) { m_wheelZoom = v; }
+    // Raised after the zoom changed by the wheel.
+    TNotifyEvent OnZoomChanged;
+    // Handles a key as the keyboard editing does; true when it was used.
+    bool HandleKey(int key, Qt::KeyboardModifiers modifiers);
     // The mouse position the cross-hair goes through; false when the mouse is off the control.
     bool MousePoint(TPoint& p) const;
     // The root shape under the mouse that gets hover feedback (MouseEffect), or nil.
@@ -643,6 +743,9 @@ public:
 
 protected:
     void Notification(QObject* component, TOperation operation) override;
+    // Keyboard editing and wheel zoom (mycad_keys.cpp).
+    void keyPressEvent(QKeyEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
 
 private:
     // Shapes report changes, ids and their end to the canvas (picking index, id table).
@@ -712,9 +815,72 @@ private:
     void shapeSnapOffsets(double x, double y, bool skipSelection, double& offX, bool& hasX, double& offY,
                           bool& hasY);
 
+    // ---- Mouse interaction (mycad_mouse_down.cpp, mycad_mouse_up.cpp, mycad_nodes.cpp) ----------
+    void pressWhileDrawing(TShiftState shift, int x, int y);
+    bool pressOnHotMarks();
+    bool pressOnSelection(TShiftState shift);
+    void pressElsewhere(TShiftState shift);
+    void releaseDrawing(TMouseButton button, TShiftState shift);
+    void finishDrawnShape();
+    void releaseRubberBand();
+    void releaseDragging();
+    void releaseResizing(TShiftState shift);
+    void releaseRotating();
+    void releaseDragWhole();
+    void releaseNodeEdit(bool adding);
+    // The drag offset of the mouse from the press, restricted by DragMode,
+    // LockBound and snapping (and smart guides), in control pixels.
+    TPoint dragTarget(TPoint to);
+    // The resize point after snapping, guides and the Shift constraint.
+    TPoint resizeTarget(TPoint to, TShiftState shift);
+    // The rotation point turned onto the nearest RotateConstraintDegree step.
+    TPoint rotateTarget(TPoint to);
+    // The cursor for the mouse at p over the shape a press would pick.
+    TCursor cursorAt(TPoint p, TMyShape* under);
+    void selectAlone(TMyShape* shape);
+    // Clears the references of the mouse state to shapes that are going.
+    void forgetMouseShapes(const std::function<bool(TMyShape*)>& going);
+    void startDrawnShape(TMyShape* shape);
+    void discardDrawnShape();
+    void endPress();
+    bool mouseMoved() const { return m_downPoint.x != m_lastPoint.x || m_downPoint.y != m_lastPoint.y; }
+    TPoint clipped(TPoint p) const;
+    // The shape whose hot mark or text point the press took (resize, rotate).
+    TMyShape* m_hotShape = nullptr;
+    // The press as the mouse gave it, and the selection's pixel box then.
+    TPoint m_pressPoint{};
+    // Where the edit in progress would end (drag, resize, rotation), as its feedback shows it.
+    TPoint m_editTarget{};
+    TRect m_pressBounds{};
+    bool m_mousePressed = false;
+    TActionTools m_savedAction = dtSelecting;
+    TMyShape* m_hitChild = nullptr;
+    TMyShape* m_clickThrough = nullptr;
+    std::unique_ptr<TMyShape> m_drawnShape;
+    TShiftState m_lastShift = 0;
+    TRect m_cursorClip{};
+    bool m_cursorClipped = false;
+    bool m_drawByDragging = false;
+    bool m_smartGuides = false;
+    bool m_keyboardEditing = true;
+    bool m_wheelZoom = true;
+    std::vector<std::pair<TMyPoint, TMyPoint>> m_guideLines;  // pixels, drawn by the paint
+    TMyShape* m_hintShape = nullptr;
+
     // ---- Mouse feedback (mycad_mouse.cpp) -------------------------------------------------------
     // The top-most pickable root shape hit at the pixel point, or nil.
     TMyShape* hoverShapeAt(TPoint p);
+    void drawEditFeedback(TCanvas* canvas);
+    void invalidateEditFeedback();
+    TRect m_feedbackRect{};
+    // The drawing as it stood when the edit began, reused by the paints of
+    // the edit (see docs/mouse.md); dropped when any shape changes.
+    TBitmap m_sceneCache;
+    TRect m_sceneRect{};
+    bool m_sceneValid = false;
+    void dropSceneCache() { m_sceneValid = false; }
+    bool sceneFrozen() const;
+    void drawFrozenScene(TCanvas* canvas, const TRect& clip);
     void setHoverShape(TMyShape* shape);
     void invalidateCrossHair();
     TRect hoverFrame(TMyShape* shape);

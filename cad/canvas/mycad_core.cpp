@@ -18,11 +18,13 @@ TMyCAD::TMyCAD(QWidget* owner) : TGraphicControl(owner) {
     NewLayer(QStringLiteral("Layer0"), true);
     m_preZoom = m_zoom;
     SetCursor(crCross);
+    setFocusPolicy(Qt::StrongFocus);
 }
 
 TMyCAD::~TMyCAD() {
     m_workingShapes.clear();
     m_currentShape = nullptr;
+    m_drawnShape.reset();
     for (TMyShape* shape : m_memShapes) delete shape;
     m_memShapes.clear();
     for (TMyShape* shape : m_myShapes) delete shape;
@@ -116,6 +118,8 @@ void TMyCAD::SetUnit(TUnits v) {
 }
 
 void TMyCAD::SetShapeTool(TDrawTool tool) {
+    // A shape half drawn with the former tool is dropped.
+    CancelMouseEdit();
     m_shapeTool = tool;
     switch (tool) {
     case SpSelecting: m_action = dtSelecting; break;

@@ -60,6 +60,8 @@ std::vector<TMyShape*> TMyCAD::remapShapeNumbers(const std::vector<int>& oldToNe
     return removed;
 }
 
+bool canvas_detail::isConnectorPoint(const TMyShape* shape) { return shape->kind() == TShapeKind::LineLinkLine; }
+
 std::vector<TMyShape*> canvas_detail::shapeTree(const TMyCAD& cad, TMyShape* shape) {
     std::vector<TMyShape*> out;
     std::unordered_set<TMyShape*> seen;
@@ -113,6 +115,7 @@ bool TMyCAD::deleteShapes(const std::vector<TMyShape*>& roots, bool recordUndo, 
         if (gone.count(m_workingShapes[i])) m_workingShapes.erase(m_workingShapes.begin() + long(i));
     if (gone.count(m_currentShape)) m_currentShape = nullptr;
     if (gone.count(m_hoverShape)) m_hoverShape = nullptr;
+    forgetMouseShapes([&](TMyShape* s) { return gone.count(s) > 0; });
 
     std::vector<int> oldToNew(m_myShapes.size());
     int next = 0;
@@ -139,6 +142,7 @@ void TMyCAD::DeleteAllShapes() {
     m_workingShapes.clear();
     m_currentShape = nullptr;
     m_hoverShape = nullptr;
+    forgetMouseShapes([](TMyShape*) { return true; });
     m_linkHotShapeNo = -1;
     m_linkHotPointIndex = 0;
     m_paintedShapes.clear();

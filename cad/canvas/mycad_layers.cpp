@@ -55,6 +55,7 @@ void TMyCAD::SetCurrentLayerId(int id) {
 // current shape): hidden shapes can be neither seen nor picked, so they
 // should not stay selected and show hot marks.
 void TMyCAD::setLayerVisible(int index, bool visible) {
+    dropSceneCache();
     if (index < 0) return;
     TLayerRecord& record = const_cast<TLayerRecord&>(m_layers.Records()[size_t(index)]);
     record.Visible = visible;

@@ -4,6 +4,9 @@
 
 #include "cad/canvas/undo_history.h"
 
+#include "platform/types.h"
+
+#include <algorithm>
 #include <vector>
 
 namespace faroven {
@@ -35,6 +38,23 @@ void setEnds(TMyCAD& cad, TMyShape* line, const std::vector<TUndoLink>& links);
 // Attaches the line's end to the shape's link point again, both sides, when
 // both are on the canvas, the link point exists and that end is free.
 void rejoin(TMyCAD& cad, const TUndoLink& link);
+
+inline bool isEmptyRect(const TRect& r) { return r.right <= r.left || r.bottom <= r.top; }
+
+// The smallest rectangle holding both; an empty one adds nothing.
+inline TRect unite(const TRect& a, const TRect& b) {
+    if (isEmptyRect(a)) return b;
+    if (isEmptyRect(b)) return a;
+    return TRect{std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right),
+                 std::max(a.bottom, b.bottom)};
+}
+
+inline TRect offsetRect(const TRect& r, int dx, int dy) {
+    return TRect{r.left + dx, r.top + dy, r.right + dx, r.bottom + dy};
+}
+
+// Connector points (TMyLineLinkLine) win a press over every other shape.
+bool isConnectorPoint(const TMyShape* shape);
 
 }  // namespace canvas_detail
 }  // namespace faroven

@@ -30,6 +30,7 @@ void TMyCAD::sizeControl() { resize(pagePixels(m_pageWidth, m_zoom), pagePixels(
 void TMyCAD::SetZoom(double zoom) {
     if (zoom == m_zoom) return;
     m_painting = true;
+    dropSceneCache();
     m_preZoom = m_zoom;
     m_zoom = zoom;
     SetHeight(pagePixels(m_pageHeight, m_zoom));

@@ -3,6 +3,7 @@
 // texts, shapes), copies it onto the control and draws the selection's hot
 // marks and the mouse feedback (cross-hair, hover frame) on top.
 #include "cad/canvas/mycad.h"
+#include "cad/canvas/mycad_p.h"
 
 #include "cad/geometry/geometry.h"
 #include "cad/geometry/rotated_text.h"
@@ -13,13 +14,22 @@
 
 namespace faroven {
 
+namespace {
+// The largest picture of the drawing kept during an edit (16 MB at 32 bits a pixel).
+constexpr int64_t kMaxSceneCachePixels = 4 * 1024 * 1024;
+}  // namespace
+
 void TMyCAD::Paint() {
     if (m_painting) return;
     m_painting = true;
     TCanvas* canvas = Canvas();
     const TRect clip = canvas->ClipRect();
-    DrawAll(clip);
-    canvas->Draw(clip.left, clip.top, &m_paintBuffer);
+    if (sceneFrozen()) {
+        drawFrozenScene(canvas, clip);
+    } else {
+        DrawAll(clip);
+        canvas->Draw(clip.left, clip.top, &m_paintBuffer);
+    }
     if (Designing()) {
         // In a form designer a dashed frame shows where the control lies.
         canvas->Pen()->SetStyle(psDash);
@@ -29,9 +39,37 @@ void TMyCAD::Paint() {
         canvas->Rectangle(ClientRect());
     }
     SelectAllWorkingShapes();
+    drawEditFeedback(canvas);
     drawMouseFeedback(canvas);
     if (!Designing() && OnPaint) OnPaint(this);
     m_painting = false;
+}
+
+// While an edit of the mouse runs the drawing stands still: the shapes move
+// only at the release. The paints of the edit copy the drawing from a picture
+// of the visible part taken at its first paint instead of drawing every shape
+// again; a change of any shape drops the picture.
+void TMyCAD::drawFrozenScene(TCanvas* canvas, const TRect& clip) {
+    const bool covered = m_sceneValid && clip.left >= m_sceneRect.left && clip.top >= m_sceneRect.top &&
+                         clip.right <= m_sceneRect.right && clip.bottom <= m_sceneRect.bottom;
+    if (!covered) {
+        // The part of the control on screen; a control that is not shown
+        // (printing, tests) is taken whole when that is not too big.
+        const QRect visible = visibleRegion().boundingRect();
+        TRect area = clip;
+        if (!visible.isEmpty())
+            area = canvas_detail::unite(area, TRect{visible.left(), visible.top(), visible.right() + 1,
+                                                    visible.bottom() + 1});
+        else if (int64_t(Width()) * Height() <= kMaxSceneCachePixels)
+            area = ClientRect();
+        DrawAll(area);
+        m_sceneCache.Assign(m_paintBuffer);
+        m_sceneRect = area;
+        m_sceneValid = !m_sceneCache.Empty();
+    }
+    if (!m_sceneValid) return;
+    canvas->CopyRect(clip, m_sceneCache.Canvas(),
+                     canvas_detail::offsetRect(clip, -m_sceneRect.left, -m_sceneRect.top));
 }
 
 void TMyCAD::DrawAll(const TRect& rect) {

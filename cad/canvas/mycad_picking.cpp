@@ -10,6 +10,7 @@
 // with a rebuild, so the index never decides differently from a scan of
 // MyShapes: it only skips shapes whose boxes cannot matter.
 #include "cad/canvas/mycad.h"
+#include "cad/canvas/mycad_p.h"
 
 #include <algorithm>
 #include <bit>
@@ -18,17 +19,8 @@ namespace faroven {
 
 namespace {
 
-bool isEmpty(const TRect& r) { return r.right <= r.left || r.bottom <= r.top; }
-
-// Connector points win a press over every other shape.
-bool isConnectorPoint(const TMyShape* shape) { return shape->kind() == TShapeKind::LineLinkLine; }
-
-TRect unite(const TRect& a, const TRect& b) {
-    if (isEmpty(a)) return b;
-    if (isEmpty(b)) return a;
-    return TRect{std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right),
-                 std::max(a.bottom, b.bottom)};
-}
+using canvas_detail::isConnectorPoint;
+using canvas_detail::unite;
 
 bool sameFont(const TFont& a, const TFont& b) {
     return a.Name() == b.Name() && a.Size() == b.Size() && a.Color() == b.Color() && a.Style() == b.Style() &&
@@ -46,7 +38,10 @@ std::shared_ptr<const TFont> TMyCAD::SharedShapeFont() {
     return m_sharedShapeFont;
 }
 
-void TMyCAD::markShapeDirty(TMyShape* shape) { m_shapeIndex.MarkDirty(shape); }
+void TMyCAD::markShapeDirty(TMyShape* shape) {
+    if (shape != m_drawnShape.get()) dropSceneCache();
+    m_shapeIndex.MarkDirty(shape);
+}
 
 void TMyCAD::shapeDestroyed(TMyShape* shape) {
     // The destroyed shape is expected to leave MyShapes as well.
@@ -70,7 +65,7 @@ void TMyCAD::rebuildShapeIndex() {
     for (size_t i = 0; i < n; ++i) {
         if (!m_myShapes[i]) continue;
         boxes[i] = indexBoxOf(m_myShapes[i]);
-        if (isEmpty(boxes[i])) continue;
+        if (canvas_detail::isEmptyRect(boxes[i])) continue;
         all = unite(all, boxes[i]);
         sumSide += std::max(boxes[i].Width(), boxes[i].Height());
         ++sized;

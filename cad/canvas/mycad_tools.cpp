@@ -8,6 +8,8 @@
 #include "cad/shapes/polyline.h"
 #include "cad/shapes/text.h"
 
+#include <memory>
+
 namespace faroven {
 
 TMyShape* TMyCAD::CreateShapeBySpTool(TDrawTool tool, TMyCAD* owner) {
@@ -60,6 +62,60 @@ TMyShape* TMyCAD::AddImageShapeByCode(const QString& name, TPoint point, const T
     PushtoUndoRedoShapeList({image}, QStringLiteral("ACT_ADD"));
     Invalidate();
     return image;
+}
+
+TMyShape* TMyCAD::AddShapeByCode(TMyCAD* canvas, TDrawTool tool, const QString& name, const TArrMyPoint& points,
+                                 long double angle, const QString& text) {
+    TMyCAD* c = canvas ? canvas : this;
+    std::unique_ptr<TMyShape> shape(c->CreateShapeBySpTool(tool, c));
+    if (!shape) return nullptr;
+    TArrMyPoint pts = points;
+    if (dynamic_cast<TMyRectangle*>(shape.get())) {
+        if (pts.size() < 2) return nullptr;
+        if (pts.size() < 4) {
+            const TMyPoint a = pts[0], b = pts[1];
+            if (a.x == b.x || a.y == b.y) return nullptr;
+            pts = {a, TMyPoint{b.x, a.y}, b, TMyPoint{a.x, b.y}};
+        }
+        pts.resize(4);
+    } else if (shape->kind() == TShapeKind::ElliArc) {
+        if (pts.size() < 3) return nullptr;
+        pts.resize(3);
+    } else if (pts.size() < (shape->kind() == TShapeKind::Polygon ? 3u : 2u)) {
+        return nullptr;
+    }
+    shape->SetPoints(pts);
+    if (auto* textShape = shape_cast<TMyText>(shape.get()))
+        textShape->Lines()->SetLines(text.split(QLatin1Char('\n')));
+    else
+        shape->SetInfo(text);
+    // Centre and caption point as for a shape drawn with the mouse.
+    const TPoint first{Round(pts[0].x * c->Zoom()), Round(pts[0].y * c->Zoom())};
+    shape->Drawed(first, first);
+    TMyShape* added = shape.get();
+    if (!c->AddNewShape(added)) return nullptr;
+    shape.release();
+    if (angle != 0) added->RotateChangeValueByAngle(double(angle));
+    if (!name.isEmpty()) added->SetName(name);
+    c->PushtoUndoRedoShapeList({added}, QStringLiteral("ACT_ADD"));
+    c->Invalidate();
+    return added;
+}
+
+TMyShape* TMyCAD::AddShapeByCode2(TMyCAD* canvas, TDrawTool tool, const QString& name, TMyPoint point, int width,
+                                  int height, int penWidth, long double angle, const QString& text) {
+    const float l = point.x, t = point.y, r = point.x + float(width), b = point.y + float(height);
+    const float mx = (l + r) / 2, my = (t + b) / 2;
+    TArrMyPoint pts{{l, t}, {r, b}};
+    switch (tool) {
+    case SpElliArc: pts = {{l, my}, {mx, t}, {r, my}}; break;
+    case SpPolygon: pts = {{l, t}, {r, t}, {r, b}, {l, b}, {l, t}}; break;
+    case SpPolyBezier: pts = {{l, t}, {r, t}, {l, b}, {r, b}}; break;
+    default: break;
+    }
+    TMyShape* shape = AddShapeByCode(canvas, tool, name, pts, angle, text);
+    if (shape && penWidth > 0) shape->Pen()->SetWidth(penWidth);
+    return shape;
 }
 
 bool TMyCAD::GetRA1A2By3Points(TMyPoint p1, TMyPoint p2, TMyPoint p3, double& r, double& a1, double& a2) const {
