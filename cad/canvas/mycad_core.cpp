@@ -21,6 +21,7 @@ TMyCAD::TMyCAD(QWidget* owner) : TGraphicControl(owner) {
 }
 
 TMyCAD::~TMyCAD() {
+    EndTextInput(false);
     m_workingShapes.clear();
     m_currentShape = nullptr;
     for (TMyShape* shape : m_memShapes) delete shape;
