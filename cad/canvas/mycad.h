@@ -38,6 +38,7 @@
 #include "platform/graphics.h"
 
 #include <QLabel>
+#include <QPointer>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -45,6 +46,7 @@
 namespace faroven {
 
 class TMyLine;
+class TTextInputBox;
 
 class TMyCAD : public TGraphicControl {
     Q_OBJECT
@@ -521,6 +523,19 @@ public:
     std::vector<TMyRect> RouteObstacles(const TMyRect& region, int layerId,
                                         const std::vector<const TMyShape*>& skip);
 
+    // ==== In-place text input (mycad_text_input.cpp) ==============================================
+    // Opens an editor over the shape for its caption (Info) or, for a text
+    // shape, its lines. Enter (or a press elsewhere on the canvas) commits as one
+    // "ACT_CHANGE" undo step when the text changed; Shift+Enter starts a new line in a
+    // text shape; Escape cancels. A second call first commits the open one.
+    // Callers that open it after drawing check DisableTextInput first.
+    void BeginTextInput(TMyShape* shape);
+    // Commits (true) or cancels (false) the open input; nothing when none is open.
+    // A shape that has left MyShapes (or been freed) meanwhile takes no text.
+    void EndTextInput(bool commit);
+    bool TextInputActive() const;
+    TMyShape* TextInputShape() const;
+
     // ==== Selection and region tests (mycad_selection.cpp) =======================================
     void AddWorkingShapes(TMyShape* shape);
     void RemoveWorkingShape(TMyShape* shape);
@@ -762,6 +777,13 @@ private:
     // ---- Painting (mycad_paint.cpp) -------------------------------------------------------------
     void drawShapeTree(TCanvas* canvas, TMyShape* shape);
     void drawLinkHotTree(TCanvas* canvas, TMyShape* shape);
+
+    // ---- In-place text input (mycad_text_input.cpp) ---------------------------------------------
+    // Sets the shape's caption or lines to the text typed, as one undo step
+    // when it differs.
+    void applyTextInput(TMyShape* shape, const QString& text);
+    QPointer<TTextInputBox> m_textInput;
+    QPointer<TMyShape> m_textInputShape;
 
     // ---- Selection and region tests (mycad_selection.cpp) ---------------------------------------
     bool anyPointIn(const TRect& rect, TMyShape* shape);

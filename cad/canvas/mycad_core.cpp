@@ -22,6 +22,7 @@ TMyCAD::TMyCAD(QWidget* owner) : TGraphicControl(owner) {
 }
 
 TMyCAD::~TMyCAD() {
+    EndTextInput(false);
     m_workingShapes.clear();
     m_currentShape = nullptr;
     m_drawnShape.reset();
