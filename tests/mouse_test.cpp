@@ -10,6 +10,7 @@
 #include "support/shapes.h"
 
 #include <QTest>
+#include <QWheelEvent>
 #include <gtest/gtest.h>
 
 namespace faroven::test {
@@ -229,6 +230,21 @@ TEST_F(Mouse, ADragSnapsTheSelectionBoxToTheGrid) {
     EXPECT_EQ(a->GetLeftTop(), (TMyPoint{30, 10}));
 }
 
+TEST_F(Mouse, SmartGuidesLineADraggedBoxUpWithItsNeighbour) {
+    TMyRectangle* a = AddRect(cad, 0, 0, 40, 40);
+    AddRect(cad, 100, 100, 140, 140);
+    cad.AddWorkingShapes(a);
+    drag({20, 20}, {117, 50});  // left edge at 97: no guides by default
+    EXPECT_EQ(a->GetLeftTop(), (TMyPoint{97, 30}));
+    cad.Undo();
+    cad.SetSmartGuides(true);
+    press(20, 20);
+    cad.MouseMove(ssLeft, 117, 50);
+    EXPECT_LT(cad.EditFeedbackRect().top, 1);  // the guide runs up past the moved box
+    release(117, 50);
+    EXPECT_EQ(a->GetLeftTop(), (TMyPoint{100, 30}));
+}
+
 TEST_F(Mouse, LockedShapesStayWhereTheyAre) {
     TMyRectangle* a = AddRect(cad, 0, 0, 40, 40);
     a->SetLocked(true);
@@ -444,6 +460,32 @@ TEST_F(Mouse, ACancelledConnectorLeavesNoLinkBehind) {
     cad.SetShapeTool(SpSelecting);
     EXPECT_TRUE(a->LinkShapeNos().empty());
     ExpectIntact(cad);
+}
+
+TEST_F(Mouse, ADrawnShapeOpensTheCaptionInputAndAPressElsewhereCommitsIt) {
+    cad.SetDisableTextInput(false);
+    cad.SetShapeTool(SpRectangle);
+    click(10, 10);
+    click(60, 40);
+    ASSERT_TRUE(cad.TextInputActive());
+    EXPECT_EQ(cad.TextInputShape(), cad.GetShapeByNo(0));
+    click(300, 300);
+    EXPECT_FALSE(cad.TextInputActive());
+    EXPECT_EQ(undoSteps(), 1u);  // nothing typed: the addition only
+}
+
+TEST_F(Mouse, CtrlWheelZoomsAboutTheMouse) {
+    int told = 0;
+    cad.OnZoomChanged = [&](TObject*) { ++told; };
+    QWheelEvent plain(QPointF(50, 50), QPointF(50, 50), {}, QPoint(0, 120), Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&cad, &plain);
+    EXPECT_EQ(cad.Zoom(), 1.0);
+    QWheelEvent zoomIn(QPointF(50, 50), QPointF(50, 50), {}, QPoint(0, 120), Qt::NoButton, Qt::ControlModifier,
+                       Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&cad, &zoomIn);
+    EXPECT_DOUBLE_EQ(cad.Zoom(), 1.25);
+    EXPECT_EQ(told, 1);
 }
 
 // ---- Nodes, keys and shapes made by code --------------------------------------------------------

@@ -855,6 +855,11 @@ private:
     TPoint dragTarget(TPoint to);
     // The resize point after snapping, guides and the Shift constraint.
     TPoint resizeTarget(TPoint to, TShiftState shift);
+    // Smart guides: the boxes (pixels) of visible root shapes near a
+    // rectangle, the edited ones left out, and the point moved by the guides
+    // of the moving box.
+    std::vector<TMyRect> guideNeighbours(const TRect& around);
+    TPoint applyGuides(const TMyRect& moving, unsigned edges, TPoint t);
     // The rotation point turned onto the nearest RotateConstraintDegree step.
     TPoint rotateTarget(TPoint to);
     // The cursor for the mouse at p over the shape a press would pick.

@@ -7,6 +7,7 @@
 #include "cad/canvas/mycad_p.h"
 
 #include "cad/geometry/geometry.h"
+#include "cad/geometry/guides.h"
 #include "cad/geometry/markers.h"
 #include "cad/shapes/line.h"
 #include "cad/shapes/rectangle.h"
@@ -79,11 +80,60 @@ void TMyCAD::ResizeMakeSquareorHV(TMyShape* shape, TShiftState shift, TPoint& to
 
 // ---- Targets -----------------------------------------------------------------------------------
 
+namespace {
+// How far smart guides look for shapes to line up with, and how near they snap.
+constexpr int kGuideReach = 300;
+constexpr size_t kGuideMaxNeighbours = 400;
+constexpr double kGuideTolerance = 5;
+}  // namespace
+
+std::vector<TMyRect> TMyCAD::guideNeighbours(const TRect& around) {
+    TRect region = around;
+    InflateRect(region, kGuideReach, kGuideReach);
+    std::vector<int> roots;
+    syncShapeIndex();
+    if (!rootsMeeting(region, roots)) {
+        rebuildShapeIndex();
+        rootsMeeting(region, roots);
+    }
+    std::vector<TMyRect> boxes;
+    const TMyShape* editedRoot = m_hotShape ? GetRootParentShape(m_hotShape) : nullptr;
+    for (int no : roots) {
+        TMyShape* s = m_myShapes[size_t(no)];
+        if (!s || s->HasParentShape() || !s->Visible() || !m_layers.IsVisible(s->LayerId())) continue;
+        if (s == editedRoot || IsInWorkingShape(s) >= 0) continue;
+        boxes.push_back(GetShapesLTRBinZoom({s}));
+        if (boxes.size() == kGuideMaxNeighbours) break;
+    }
+    return boxes;
+}
+
+// Smart guides move the point on the axes where they snap and set the lines to show.
+TPoint TMyCAD::applyGuides(const TMyRect& moving, unsigned edges, TPoint t) {
+    m_guideLines.clear();
+    if (!m_smartGuides) return t;
+    const TRect around{int(std::floor(moving.left)), int(std::floor(moving.top)), int(std::ceil(moving.right)) + 1,
+                       int(std::ceil(moving.bottom)) + 1};
+    const TGuideResult guides = FindGuides(moving, guideNeighbours(around), edges, kGuideTolerance);
+    if (guides.snappedX) t.x += int(std::lround(guides.dx));
+    if (guides.snappedY) t.y += int(std::lround(guides.dy));
+    for (const TGuideLine& line : guides.lines) m_guideLines.emplace_back(line.from, line.to);
+    return t;
+}
+
 TPoint TMyCAD::dragTarget(TPoint to) {
     TPoint t = to;
     GetMousePointbyDragMode(m_downPoint, t);
     const TRect moved = canvas_detail::offsetRect(m_pressBounds, t.x - m_downPoint.x, t.y - m_downPoint.y);
     if (m_snap || m_snapShape) SnapRect(moved, t.x, t.y);
+    if (m_smartGuides) {
+        const TPoint snapped = t;
+        const TRect box = canvas_detail::offsetRect(m_pressBounds, t.x - m_downPoint.x, t.y - m_downPoint.y);
+        t = applyGuides(TMyRect{float(box.left), float(box.top), float(box.right), float(box.bottom)}, geAll, t);
+        // A restricted direction stays restricted.
+        if (m_dragMode == dgHorz) t.y = snapped.y;
+        if (m_dragMode == dgVert) t.x = snapped.x;
+    }
     if (m_lockBound) {
         const TPoint offset =
             ClampOffsetToPage(m_pressBounds, TPoint{t.x - m_downPoint.x, t.y - m_downPoint.y});
@@ -95,6 +145,8 @@ TPoint TMyCAD::dragTarget(TPoint to) {
 TPoint TMyCAD::resizeTarget(TPoint to, TShiftState shift) {
     TPoint t = to;
     SnapXY(t.x, t.y);
+    // The pulled handle lines up with the edges and centres of its neighbours.
+    if (m_smartGuides) t = applyGuides(TMyRect{float(t.x), float(t.y), float(t.x), float(t.y)}, geLeft | geTop, t);
     ResizeMakeSquareorHV(m_hotShape, shift, t);
     if (m_lockBound) t = ClampToPage(t);
     return t;

@@ -20,6 +20,8 @@ using canvas_detail::isConnectorPoint;
 
 void TMyCAD::MouseDown(TMouseButton Button, TShiftState Shift, int X, int Y) {
     TGraphicControl::MouseDown(Button, Shift, X, Y);
+    // A press anywhere on the canvas ends the text input that is open.
+    if (TextInputActive()) EndTextInput(true);
     if (m_action == dtClose) return;
     if (m_action != dtDrawing && (Shift & ssDouble)) return;
     if (Button != mbLeft) return;
