@@ -49,7 +49,9 @@ void TMyCAD::Paint() {
 // only at the release. The paints of the edit copy the drawing from a picture
 // of the visible part taken at its first paint instead of drawing every shape
 // again; a change of any shape drops the picture.
-void TMyCAD::drawFrozenScene(TCanvas* canvas, const TRect& clip) {
+void TMyCAD::drawFrozenScene(TCanvas* canvas, const TRect& area) {
+    TRect clip;
+    if (!IntersectRect(clip, area, ClientRect())) return;
     const bool covered = m_sceneValid && clip.left >= m_sceneRect.left && clip.top >= m_sceneRect.top &&
                          clip.right <= m_sceneRect.right && clip.bottom <= m_sceneRect.bottom;
     if (!covered) {
