@@ -862,6 +862,7 @@ private:
     TPoint applyGuides(const TMyRect& moving, unsigned edges, TPoint t);
     // The rotation point turned onto the nearest RotateConstraintDegree step.
     TPoint rotateTarget(TPoint to);
+    void offerEditTarget(const TShapeMouseDraggingSizingRotating& handler, TMyShape* shape);
     // The cursor for the mouse at p over the shape a press would pick.
     TCursor cursorAt(TPoint p, TMyShape* under);
     void selectAlone(TMyShape* shape);
@@ -937,6 +938,8 @@ public:
     // Root shapes (by position in MyShapes, ascending) whose subtree has a box
     // meeting the rectangle; false when the index had to be rebuilt first.
     bool rootsMeeting(const TRect& rect, std::vector<int>& roots);
+    // The same with the index brought up to date first (rebuilt when needed).
+    std::vector<int> rootsMeetingNow(const TRect& rect);
 
     TShapeIndex m_shapeIndex;
     double m_indexZoom = 0;

@@ -300,12 +300,7 @@ std::vector<TMyRect> TMyCAD::RouteObstacles(const TMyRect& region, int layerId,
     if (!m_layers.IsVisible(layerId)) return boxes;
     const TRect pixels{int(std::floor(region.left * m_zoom)) - 1, int(std::floor(region.top * m_zoom)) - 1,
                        int(std::ceil(region.right * m_zoom)) + 2, int(std::ceil(region.bottom * m_zoom)) + 2};
-    std::vector<int> roots;
-    syncShapeIndex();
-    if (!rootsMeeting(pixels, roots)) {
-        rebuildShapeIndex();
-        rootsMeeting(pixels, roots);
-    }
+    const std::vector<int> roots = rootsMeetingNow(pixels);
     for (int no : roots) {
         const TMyShape* shape = m_myShapes[size_t(no)];
         if (!shape || shape->HasParentShape() || shape->LayerId() != layerId || !shape->Visible()) continue;

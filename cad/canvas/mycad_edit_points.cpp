@@ -90,12 +90,7 @@ constexpr double kGuideTolerance = 5;
 std::vector<TMyRect> TMyCAD::guideNeighbours(const TRect& around) {
     TRect region = around;
     InflateRect(region, kGuideReach, kGuideReach);
-    std::vector<int> roots;
-    syncShapeIndex();
-    if (!rootsMeeting(region, roots)) {
-        rebuildShapeIndex();
-        rootsMeeting(region, roots);
-    }
+    const std::vector<int> roots = rootsMeetingNow(region);
     std::vector<TMyRect> boxes;
     const TMyShape* editedRoot = m_hotShape ? GetRootParentShape(m_hotShape) : nullptr;
     for (int no : roots) {

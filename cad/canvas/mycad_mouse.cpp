@@ -72,33 +72,20 @@ void TMyCAD::MouseMove(TShiftState Shift, int X, int Y) {
                 }
             }
             break;
-        // The handlers see the end point the release would use, and may move it.
         case dtDragging:
             m_lastPoint = p;
             m_editTarget = dragTarget(p);
-            if (OnShapeMouseDragging) {
-                TPoint target = GetPointByMode(m_editTarget);
-                OnShapeMouseDragging(m_currentShape, GetPointByMode(m_downPoint), target);
-                m_editTarget = GetPointByMode(target);
-            }
+            offerEditTarget(OnShapeMouseDragging, m_currentShape);
             break;
         case dtResizing:
             m_lastPoint = p;
             m_editTarget = resizeTarget(p, Shift);
-            if (OnShapeMouseResizing) {
-                TPoint target = GetPointByMode(m_editTarget);
-                OnShapeMouseResizing(m_hotShape, GetPointByMode(m_downPoint), target);
-                m_editTarget = GetPointByMode(target);
-            }
+            offerEditTarget(OnShapeMouseResizing, m_hotShape);
             break;
         case dtRotating:
             m_lastPoint = p;
             m_editTarget = rotateTarget(p);
-            if (OnShapeMouseRotating) {
-                TPoint target = GetPointByMode(m_editTarget);
-                OnShapeMouseRotating(m_hotShape, GetPointByMode(m_downPoint), target);
-                m_editTarget = GetPointByMode(target);
-            }
+            offerEditTarget(OnShapeMouseRotating, m_hotShape);
             break;
         case dtDraggingTextoutPoint:
             m_lastPoint = p;
@@ -117,6 +104,14 @@ void TMyCAD::MouseMove(TShiftState Shift, int X, int Y) {
     UpdateLabelXY(X, Y);
     UpdateLabelValue();
     TGraphicControl::MouseMove(Shift, X, Y);
+}
+
+// The handler sees the end point the release would use (in XYMode) and may move it.
+void TMyCAD::offerEditTarget(const TShapeMouseDraggingSizingRotating& handler, TMyShape* shape) {
+    if (!handler) return;
+    TPoint target = GetPointByMode(m_editTarget);
+    handler(shape, GetPointByMode(m_downPoint), target);
+    m_editTarget = GetPointByMode(target);
 }
 
 void TMyCAD::MouseLeave() {

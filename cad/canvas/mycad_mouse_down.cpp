@@ -168,12 +168,8 @@ bool TMyCAD::pressOnSelection(TShiftState shift) {
     // without moving selects it at the release (a small shape on a big one).
     const TRect box = myRecttoRect(GetShapesLTRBinZoom({hit}));
     const TPoint p1{box.left, box.top}, p2{box.right, box.bottom};
-    std::vector<int> nearby;
-    syncShapeIndex();
-    if (!rootsMeeting(TRect{m_downPoint.x, m_downPoint.y, m_downPoint.x + 1, m_downPoint.y + 1}, nearby)) {
-        rebuildShapeIndex();
-        rootsMeeting(TRect{m_downPoint.x, m_downPoint.y, m_downPoint.x + 1, m_downPoint.y + 1}, nearby);
-    }
+    const TPoint d = m_downPoint;
+    const std::vector<int> nearby = rootsMeetingNow(TRect{d.x, d.y, d.x + 1, d.y + 1});
     std::vector<int> positions;
     for (int root : nearby)
         for (TMyShape* s : canvas_detail::shapeTree(*this, m_myShapes[size_t(root)])) positions.push_back(s->ShapeNo());

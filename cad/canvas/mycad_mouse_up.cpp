@@ -194,12 +194,7 @@ void TMyCAD::ClosePolygon() {
 void TMyCAD::releaseRubberBand() {
     const TRect band{std::min(m_downPoint.x, m_lastPoint.x), std::min(m_downPoint.y, m_lastPoint.y),
                      std::max(m_downPoint.x, m_lastPoint.x) + 1, std::max(m_downPoint.y, m_lastPoint.y) + 1};
-    std::vector<int> roots;
-    syncShapeIndex();
-    if (!rootsMeeting(band, roots)) {
-        rebuildShapeIndex();
-        rootsMeeting(band, roots);
-    }
+    const std::vector<int> roots = rootsMeetingNow(band);
     for (int no : roots) {
         TMyShape* shape = m_myShapes[size_t(no)];
         if (!shape || shape->HasParentShape() || !shape->Visible()) continue;

@@ -62,13 +62,8 @@ void TMyCAD::releaseNodeEdit(bool adding) {
     std::vector<TMyShape*> candidates;
     for (TMyShape* s : m_workingShapes)
         if (nodeEditable(s)) candidates.push_back(s);
-    std::vector<int> roots;
     const int r = int(std::ceil(reach)) + 1;
-    syncShapeIndex();
-    if (!rootsMeeting(TRect{p.x - r, p.y - r, p.x + r + 1, p.y + r + 1}, roots)) {
-        rebuildShapeIndex();
-        rootsMeeting(TRect{p.x - r, p.y - r, p.x + r + 1, p.y + r + 1}, roots);
-    }
+    const std::vector<int> roots = rootsMeetingNow(TRect{p.x - r, p.y - r, p.x + r + 1, p.y + r + 1});
     for (auto it = roots.rbegin(); it != roots.rend(); ++it)
         if (TMyShape* s = m_myShapes[size_t(*it)]; nodeEditable(s) && IsShapePickable(s)) candidates.push_back(s);
 

@@ -110,12 +110,7 @@ void TMyCAD::DrawBackground(TCanvas* canvas, const TRect& rect) {
 // whole pixels and leaves the shapes' coordinates untouched.
 void TMyCAD::DrawAllShape(TCanvas* canvas, const TRect& rect) {
     m_paintedShapes.clear();
-    std::vector<int> roots;
-    syncShapeIndex();
-    if (!rootsMeeting(rect, roots)) {
-        rebuildShapeIndex();
-        rootsMeeting(rect, roots);
-    }
+    const std::vector<int> roots = rootsMeetingNow(rect);
     for (int no : roots) {
         TMyShape* shape = m_myShapes[size_t(no)];
         if (!shape || shape->HasParentShape() || !m_layers.IsVisible(shape->LayerId())) continue;

@@ -141,6 +141,16 @@ int TMyCAD::indexedListPos(int slot, int storedPos) const {
     return -1;
 }
 
+std::vector<int> TMyCAD::rootsMeetingNow(const TRect& rect) {
+    std::vector<int> roots;
+    syncShapeIndex();
+    if (!rootsMeeting(rect, roots)) {
+        rebuildShapeIndex();
+        rootsMeeting(rect, roots);
+    }
+    return roots;
+}
+
 bool TMyCAD::rootsMeeting(const TRect& rect, std::vector<int>& roots) {
     roots.clear();
     std::vector<uint64_t> marks((m_myShapes.size() + 63) / 64);
