@@ -106,7 +106,6 @@ void MainWindow::addOptionsMenu(ViewControls* view) {
         action->setCheckable(true);
         action->setChecked(checked);
         connect(action, &QAction::toggled, this, apply);
-        return action;
     };
     addToggle(tr("&Return to Select after drawing"), m_cad->ReturnToSelecting(),
               [this](bool on) { m_cad->SetReturnToSelecting(on); });
