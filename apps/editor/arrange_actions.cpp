@@ -15,7 +15,7 @@ bool isRootGroup(const TMyShape* s) { return s->HasChildShapes() && !s->HasParen
 }  // namespace
 
 ArrangeActions::ArrangeActions(TMyCAD* cad, QMainWindow* window) : QObject(window), m_cad(cad), m_window(window) {
-    QMenu* menu = window->menuBar()->addMenu(tr("&Arrange"));
+    QMenu* menu = m_menu = window->menuBar()->addMenu(tr("&Arrange"));
     window->addToolBarBreak();
     m_bar = window->addToolBar(tr("Arrange"));
     m_bar->setObjectName("Arrange");

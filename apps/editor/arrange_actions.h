@@ -21,6 +21,10 @@ public:
     ArrangeActions(faroven::TMyCAD* cad, QMainWindow* window);
     // Enables each action only when it would act on the current selection.
     void update();
+    // The Arrange menu, with every action of the menu bar's.
+    QMenu* menu() const { return m_menu; }
+    QAction* lockAction() const { return m_lock; }
+    QAction* unlockAction() const { return m_unlock; }
 
 signals:
     // One of these actions changed the drawing or the selection.
@@ -40,6 +44,7 @@ private:
 
     faroven::TMyCAD* m_cad;
     QMainWindow* m_window;
+    QMenu* m_menu = nullptr;
     QToolBar* m_bar = nullptr;
     QAction* m_group = nullptr;
     QAction* m_ungroup = nullptr;

@@ -15,6 +15,9 @@ public:
     EditActions(faroven::TMyCAD* cad, QMainWindow* window);
     // Sets the actions' enabled states and texts from the canvas.
     void update();
+    QAction* undoAction() const { return m_undo; }
+    QAction* redoAction() const { return m_redo; }
+    QAction* deleteAction() const { return m_delete; }
 
 signals:
     // One of these actions changed the drawing or the selection.

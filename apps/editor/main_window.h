@@ -1,5 +1,7 @@
 // The demo editor's main window: a canvas on its page in a scroll area with
-// rulers, zoom controls, the Edit and Arrange actions and the layer panel.
+// rulers, the tool palette, zoom controls, the Edit, Arrange and Options
+// menus, the canvas's context menu, the layer panel and a status bar with
+// the canvas's position and measurement labels.
 #pragma once
 
 #include "cad/canvas/mycad.h"
@@ -9,6 +11,8 @@
 class ArrangeActions;
 class EditActions;
 class RulerFrame;
+class ToolPalette;
+class ViewControls;
 
 class MainWindow : public QMainWindow {
     Q_OBJECT
@@ -26,9 +30,18 @@ public slots:
 
 private:
     void layersChanged();
+    void addOptionsMenu(ViewControls* view);
+    void addStatusLabels();
+    // Runs updateActions after the canvas's mouse edits.
+    void hookCanvasEvents();
+    // Runs updateActions once, when control returns to the event loop: the
+    // canvas raises its events in the middle of its own work.
+    void scheduleUpdate();
 
     RulerFrame* m_frame = nullptr;
     faroven::TMyCAD* m_cad = nullptr;
     EditActions* m_edit = nullptr;
     ArrangeActions* m_arrange = nullptr;
+    ToolPalette* m_palette = nullptr;
+    bool m_updateScheduled = false;
 };

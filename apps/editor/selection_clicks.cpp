@@ -8,7 +8,8 @@ SelectionClicks::SelectionClicks(TMyCAD* cad, QObject* parent) : QObject(parent)
         if (previous) previous(sender, button, shift, x, y);
         // The second press of a double click has been handled by the first;
         // toggling again would undo a Shift+click.
-        if (button == mbLeft && !(shift & ssDouble)) click(shift, x, y);
+        // Only the selection tool picks shapes; the others draw or edit.
+        if (button == mbLeft && !(shift & ssDouble) && m_cad->ShapeTool() == SpSelecting) click(shift, x, y);
     };
 }
 

@@ -89,9 +89,11 @@ ViewControls::ViewControls(TMyCAD* cad, QMainWindow* window) : QObject(window), 
     addToggle(gridMenu, tr("Grid follows &zoom"), m_cad->GridOperation()->GridInZoom(),
               [this](bool on) { m_cad->GridOperation()->SetGridInZoom(on); });
     bar->addSeparator();
-    bar->addAction(addToggle(pageMenu, tr("&Snap to grid"), m_cad->Snap(), [this](bool on) { m_cad->SetSnap(on); }));
-    bar->addAction(addToggle(pageMenu, tr("Snap to s&hapes"), m_cad->SnapShape(),
-                             [this](bool on) { m_cad->SetSnapShape(on); }));
+    m_snap = addToggle(pageMenu, tr("&Snap to grid"), m_cad->Snap(), [this](bool on) { m_cad->SetSnap(on); });
+    m_snapShape =
+        addToggle(pageMenu, tr("Snap to s&hapes"), m_cad->SnapShape(), [this](bool on) { m_cad->SetSnapShape(on); });
+    bar->addAction(m_snap);
+    bar->addAction(m_snapShape);
     pageMenu->addSeparator();
     bar->addAction(addToggle(pageMenu, tr("&Cross-hair"), m_cad->CrossLine(),
                              [this](bool on) { m_cad->SetCrossLine(on); }));

@@ -21,6 +21,9 @@ public:
     ViewControls(faroven::TMyCAD* cad, QMainWindow* window);
     // Sets every control from the canvas.
     void sync();
+    // The snapping toggles, for other menus to show as well.
+    QAction* snapAction() const { return m_snap; }
+    QAction* snapShapeAction() const { return m_snapShape; }
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -39,5 +42,7 @@ private:
     QDoubleSpinBox* m_gridSpacing = nullptr;
     QComboBox* m_unit = nullptr;
     QLabel* m_position = nullptr;
+    QAction* m_snap = nullptr;
+    QAction* m_snapShape = nullptr;
     bool m_syncing = false;
 };
