@@ -226,6 +226,9 @@ TEST_F(Mouse, ADragSnapsTheSelectionBoxToTheGrid) {
     cad.SetFSnapPixels(4);
     cad.GridOperation()->SetGridWidth(10);
     cad.GridOperation()->SetGridHeight(10);
+    click(20, 20);  // a click is no drag, though the box lies near grid lines
+    EXPECT_EQ(a->GetLeftTop(), (TMyPoint{3, 3}));
+    EXPECT_EQ(undoSteps(), 0u);
     drag({20, 20}, {48, 29});  // left edge at 31, top at 12: both within 4 of a line
     EXPECT_EQ(a->GetLeftTop(), (TMyPoint{30, 10}));
 }
@@ -360,6 +363,11 @@ TEST_F(Mouse, DrawByDraggingFinishesAtTheRelease) {
     drag({10, 10}, {60, 50});
     ASSERT_EQ(cad.GetShapesCount(), 1);
     EXPECT_EQ(cad.GetShapeByNo(0)->GetRightBottom(), (TMyPoint{60, 50}));
+    // A click that snapping moves by a few pixels still takes one point.
+    cad.SetSnap(true);
+    cad.SetShapeTool(SpLine);
+    click(102, 102);
+    EXPECT_EQ(cad.DrawnShape()->GetPointsCount(), 1);
 }
 
 TEST_F(Mouse, ShiftMakesASquareAndAnAxisLine) {

@@ -6,7 +6,6 @@
 #include "layer_panel.h"
 #include "ruler_frame.h"
 #include "sample_drawing.h"
-#include "selection_clicks.h"
 #include "tool_palette.h"
 #include "view_controls.h"
 
@@ -36,6 +35,8 @@ MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent) {
     m_cad = new TMyCAD();
     // Undoing an ungrouping brings the group back as it was, caption and all.
     m_cad->SetUndoRestoresWholeGroup(true);
+    // Rectangles, ellipses and lines are drawn by dragging too, as people expect.
+    m_cad->SetDrawByDragging(true);
     m_frame = new RulerFrame(m_cad, this);
     setCentralWidget(m_frame);
 
@@ -66,11 +67,9 @@ MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent) {
     addStatusLabels();
     // The canvas sets the hint of the shape under the mouse.
     m_cad->SetShowHint(true);
-    auto clicks = new SelectionClicks(m_cad, this);
     auto canvasMenu = new CanvasMenu(m_cad, m_edit, m_arrange, this);
     connect(m_edit, &EditActions::changed, this, &MainWindow::updateActions);
     connect(m_arrange, &ArrangeActions::changed, this, &MainWindow::updateActions);
-    connect(clicks, &SelectionClicks::selectionChanged, this, &MainWindow::updateActions);
     connect(canvasMenu, &CanvasMenu::selectionChanged, this, &MainWindow::updateActions);
     hookCanvasEvents();
     connect(layers, &LayerPanel::layersChanged, this, &MainWindow::layersChanged);
@@ -111,6 +110,8 @@ void MainWindow::addOptionsMenu(ViewControls* view) {
               [this](bool on) { m_cad->SetReturnToSelecting(on); });
     addToggle(tr("&Disable text input"), m_cad->DisableTextInput(),
               [this](bool on) { m_cad->SetDisableTextInput(on); });
+    addToggle(tr("Smart &guides"), m_cad->SmartGuides(), [this](bool on) { m_cad->SetSmartGuides(on); });
+    addToggle(tr("Draw by &dragging"), m_cad->DrawByDragging(), [this](bool on) { m_cad->SetDrawByDragging(on); });
     // Which shapes can be picked depends on it: the selection follows.
     addToggle(tr("Edit shapes on &all layers"), m_cad->OperateAllLayer(), [this](bool on) {
         m_cad->SetOperateAllLayer(on);

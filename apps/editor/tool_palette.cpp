@@ -223,9 +223,10 @@ ToolPalette::ToolPalette(TMyCAD* cad, QWidget* parent) : QToolBar(tr("Tools"), p
     }
     // After a shape is drawn the canvas may go back to selecting by itself.
     auto previous = m_cad->OnActionToolToSelecting;
+    // Raised just before the canvas's tool becomes SpSelecting.
     m_cad->OnActionToolToSelecting = [this, previous] {
         if (previous) previous();
-        sync();
+        m_actions[SpSelecting]->setChecked(true);
     };
     sync();
 }

@@ -74,7 +74,7 @@ ViewControls::ViewControls(TMyCAD* cad, QMainWindow* window) : QObject(window), 
     bar->addWidget(m_gridType);
     bar->addWidget(m_gridSpacing);
 
-    // Unit of the position shown in the status bar.
+    // Unit of the lengths and positions shown in the status bar.
     m_unit = new QComboBox(bar);
     for (const char* name : kUnitNames) m_unit->addItem(name);
     m_unit->setToolTip(tr("Unit of measure"));
@@ -101,14 +101,6 @@ ViewControls::ViewControls(TMyCAD* cad, QMainWindow* window) : QObject(window), 
     addToggle(pageMenu, tr("Keep edits on the &page"), m_cad->LockBound(),
               [this](bool on) { m_cad->SetLockBound(on); });
 
-    m_position = new QLabel(window);
-    m_position->setMinimumWidth(180);
-    window->statusBar()->addPermanentWidget(m_position);
-    auto previousMove = m_cad->OnMouseMove;
-    m_cad->OnMouseMove = [this, previousMove](TObject* sender, TShiftState shift, int x, int y) {
-        if (previousMove) previousMove(sender, shift, x, y);
-        showMousePosition(x, y);
-    };
     // The control resizes whenever the page or the zoom changes.
     m_cad->installEventFilter(this);
     sync();
@@ -130,15 +122,6 @@ void ViewControls::setZoomText(const QString& text) {
     const double percent = digits.trimmed().toDouble(&ok);
     if (ok && percent >= 5 && percent <= 1000) m_cad->SetZoom(percent / 100.0);
     sync();
-}
-
-void ViewControls::showMousePosition(int x, int y) {
-    const TPoint p = m_cad->GetPointByMode(TPoint{x, y});
-    const double zoom = m_cad->Zoom();
-    m_position->setText(QStringLiteral("%1, %2 %3")
-                            .arg(m_cad->PixelsToUnit(p.x / zoom), 0, 'f', 1)
-                            .arg(m_cad->PixelsToUnit(p.y / zoom), 0, 'f', 1)
-                            .arg(m_cad->UnitAbbreviation()));
 }
 
 bool ViewControls::eventFilter(QObject* watched, QEvent* event) {

@@ -31,7 +31,6 @@ protected:
 private:
     QAction* addToggle(QMenu* menu, const QString& text, bool checked, const std::function<void(bool)>& apply);
     void setZoomText(const QString& text);
-    void showMousePosition(int x, int y);
 
     faroven::TMyCAD* m_cad;
     QMainWindow* m_window;
@@ -41,7 +40,6 @@ private:
     QComboBox* m_gridType = nullptr;
     QDoubleSpinBox* m_gridSpacing = nullptr;
     QComboBox* m_unit = nullptr;
-    QLabel* m_position = nullptr;
     QAction* m_snap = nullptr;
     QAction* m_snapShape = nullptr;
     bool m_syncing = false;

@@ -119,6 +119,7 @@ TPoint TMyCAD::applyGuides(const TMyRect& moving, unsigned edges, TPoint t) {
 TPoint TMyCAD::dragTarget(TPoint to) {
     TPoint t = to;
     GetMousePointbyDragMode(m_downPoint, t);
+    if (t == m_downPoint) return t;
     const TRect moved = canvas_detail::offsetRect(m_pressBounds, t.x - m_downPoint.x, t.y - m_downPoint.y);
     if (m_snap || m_snapShape) SnapRect(moved, t.x, t.y);
     if (m_smartGuides) {

@@ -104,6 +104,8 @@ void TMyCAD::releaseDrawing(TMouseButton button, TShiftState shift) {
     m_changed = true;
     TMyShape* shape = m_drawnShape.get();
     if (!shape) return;
+    // A drag is judged by the mouse itself; snapping may move a click by a few pixels.
+    const bool dragged = std::abs(m_pressPoint.x - m_lastPoint.x) > 2 || std::abs(m_pressPoint.y - m_lastPoint.y) > 2;
     TPoint p = m_lastPoint;
     if (m_snap) SnapXY(p.x, p.y);
     if (const int n = shape->GetPointsCount(); n > 0) {
@@ -111,7 +113,6 @@ void TMyCAD::releaseDrawing(TMouseButton button, TShiftState shift) {
         DrawMakeSquareorHV(shape, shift, MyPtToPt(shape->GetPointInZoom(poly && n > 1 ? n - 2 : 0)), p);
     }
     m_lastPoint = p;
-    const bool dragged = std::abs(m_pressPoint.x - p.x) > 2 || std::abs(m_pressPoint.y - p.y) > 2;
     if (m_drawByDragging && dragged && shape->GetPointsCount() == 1 && drawnByTwoPoints(shape)) {
         if (shape->kind() == TShapeKind::LinkLine)
             GetMainShape(shape, llEnd, p);
@@ -212,6 +213,10 @@ void TMyCAD::releaseDragging() {
     m_action = m_savedAction;
     Invalidate();
     if (!m_dragEnable) return;
+    // A release where the press was is no drag, whatever snapping would make of it.
+    TPoint restricted = m_lastPoint;
+    GetMousePointbyDragMode(m_downPoint, restricted);
+    if (restricted == m_downPoint) return;
     const TPoint to = dragTarget(m_lastPoint);
     double dx = (to.x - m_downPoint.x) / m_zoom, dy = (to.y - m_downPoint.y) / m_zoom;
     if (dx == 0 && dy == 0) return;
