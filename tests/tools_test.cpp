@@ -52,5 +52,20 @@ TEST(Tools, EveryFileClassNameMakesItsClass) {
     EXPECT_EQ(cad.CreateShapeByName("TMyShape"), nullptr);
 }
 
+TEST(Tools, CreateAddShapeByNameAddsACopyAsANewShape) {
+    TMyCAD cad;
+    TMyShape* source = cad.AddShapeByCode(nullptr, SpEllipse, "source", {{0, 0}, {40, 20}}, 0, "caption");
+    TMyShape* copy = cad.CreateAddShapeByName("TMyRectangle", source);
+    ASSERT_NE(copy, nullptr);
+    EXPECT_EQ(ShapeClassName(copy), "TMyRectangle");
+    EXPECT_EQ(std::as_const(*copy).Points(), std::as_const(*source).Points());
+    EXPECT_EQ(copy->Info(), "caption");
+    EXPECT_EQ(copy->ShapeNo(), 1);
+    EXPECT_EQ(copy->Name(), QStringLiteral("Shape%1").arg(copy->GetShapeId()));
+    EXPECT_EQ(cad.UndoRecords().size(), 1u) << "only the shape made by code is recorded";
+    EXPECT_EQ(cad.CreateAddShapeByName("TMyNothing", source), nullptr);
+    EXPECT_EQ(cad.GetShapesCount(), 2);
+}
+
 }  // namespace
 }  // namespace faroven

@@ -10,8 +10,11 @@
 // region tests), mycad_layers.cpp, mycad_page.cpp (page, zoom, grid,
 // background), mycad_snap.cpp (snapping and page bounds), mycad_units.cpp
 // (lengths in the user's unit), mycad_paint.cpp (the paint pipeline),
-// mycad_mouse.cpp (cross-hair and hover feedback) and mycad_picking.cpp
-// (picking and the spatial index). State that stands alone lives in small
+// the mouse (mycad_mouse_down.cpp, mycad_mouse.cpp, mycad_mouse_up.cpp,
+// mycad_edit_points.cpp, mycad_nodes.cpp), mycad_keys.cpp (keyboard and
+// wheel), mycad_text_input.cpp (the in-place caption editor), mycad_tools.cpp
+// (tools and shapes made by code), mycad_connections.cpp and
+// mycad_picking.cpp (picking and the spatial index). State that stands alone lives in small
 // classes the canvas owns: TLayerTable, TGridObject, TShapeIndex,
 // TShapeIdIndex and TUndoHistory; internals shared by the source files are
 // in mycad_p.h.
@@ -455,6 +458,13 @@ public:
     // right-middle points. penWidth > 0 sets the shape's pen width.
     TMyShape* AddShapeByCode2(TMyCAD* canvas, TDrawTool tool, const QString& name, TMyPoint point, int width,
                               int height, int penWidth, long double angle, const QString& text);
+    // A new shape of the named class with the looks and geometry of source
+    // (when given; relations and ids are not copied), added on the current
+    // layer as a new shape: numbered, given the next id and the name "Shape"
+    // + id. Not recorded for undo: callers that insert several shapes record
+    // them as one step. Nil, with nothing added, for a name that is not a
+    // shape class.
+    TMyShape* CreateAddShapeByName(const QString& className, TMyShape* source);
     // Finishes the polygon (or polyline) being drawn as a double click would:
     // a polygon of three or more points is closed on its first point, a
     // polyline of two or more ends at its last point; with fewer points

@@ -118,6 +118,16 @@ TMyShape* TMyCAD::AddShapeByCode2(TMyCAD* canvas, TDrawTool tool, const QString&
     return shape;
 }
 
+TMyShape* TMyCAD::CreateAddShapeByName(const QString& className, TMyShape* source) {
+    std::unique_ptr<TMyShape> shape(CreateShapeByName(className));
+    if (!shape) return nullptr;
+    if (source) shape->AssignWithoutRelation(source);
+    if (!AddNewShape(shape.get())) return nullptr;
+    // The copy turns and mirrors about the same centre as its source.
+    if (source) shape->SetCenterPoint(source->CenterPoint());
+    return shape.release();
+}
+
 bool TMyCAD::GetRA1A2By3Points(TMyPoint p1, TMyPoint p2, TMyPoint p3, double& r, double& a1, double& a2) const {
     return ArcRadiusAndAngles(p1, p2, p3, r, a1, a2);
 }
