@@ -68,6 +68,20 @@ TEST_F(Text, FillBorderAndTheTextsPlaceForEachAlignment) {
     EXPECT_NEAR((centred.top + centred.bottom) / 2.0, 60, 4);
 }
 
+TEST_F(Text, AFittedFrameHoldsItsTextAtEveryZoom) {
+    TMyText* t = box({"Fitted frame text"});
+    t->SetWordWrap(true);
+    t->reCaclpoints();
+    for (double zoom : {0.5, 0.6, 0.75, 1.0, 1.37, 2.5}) {
+        cad.SetZoom(zoom);
+        const TRect frame = myRecttoRect(cad.GetShapesLTRBinZoom({t}));
+        const TRect text = ink();
+        // One row, not clipped: the ink reaches close to the right margin.
+        EXPECT_LT(text.bottom - text.top, 14 * zoom + 3) << zoom;
+        EXPECT_GT(text.right, frame.right - 2 * zoom - 3) << zoom;
+    }
+}
+
 TEST_F(Text, WordWrapTurnAndClipping) {
     TMyText* t = box({"one two three four five six seven"}, 20, 20, 120, 150);
     const TRect single = ink();

@@ -17,9 +17,11 @@ int main(int argc, char** argv) {
     parser.addOption(screenshot);
     QCommandLineOption zoom("zoom", "Open the drawing at <factor> (1 is actual size).", "factor", "1");
     parser.addOption(zoom);
+    QCommandLineOption empty("empty", "Start with an empty page instead of the sample drawing.");
+    parser.addOption(empty);
     parser.process(app);
 
-    MainWindow window;
+    MainWindow window(parser.isSet(empty));
     window.setZoom(parser.value(zoom).toDouble() > 0 ? parser.value(zoom).toDouble() : 1.0);
     window.show();
     if (parser.isSet(screenshot)) {

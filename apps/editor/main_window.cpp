@@ -30,7 +30,7 @@ void chain(Handler& handler, const std::function<void()>& after) {
 }
 }  // namespace
 
-MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent) {
+MainWindow::MainWindow(bool empty, QWidget* parent) : QMainWindow(parent) {
     setWindowTitle(tr("Faroven editor"));
     m_cad = new TMyCAD();
     // Undoing an ungrouping brings the group back as it was, caption and all.
@@ -56,7 +56,7 @@ MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent) {
         view->addAction(a);
         viewMenu->addAction(a);
     }
-    AddSampleDrawing(m_cad);
+    if (!empty) AddSampleDrawing(m_cad);
     auto layers = new LayerPanel(m_cad, this);
     addDockWidget(Qt::RightDockWidgetArea, layers);
     auto viewControls = new ViewControls(m_cad, this);

@@ -17,7 +17,8 @@ class ViewControls;
 class MainWindow : public QMainWindow {
     Q_OBJECT
 public:
-    explicit MainWindow(QWidget* parent = nullptr);
+    // With empty, the page starts blank instead of showing the sample drawing.
+    explicit MainWindow(bool empty = false, QWidget* parent = nullptr);
     faroven::TMyCAD* Cad() const { return m_cad; }
 
 public slots:

@@ -22,22 +22,25 @@ namespace {
 // The space kept free inside the frame, in drawing units.
 constexpr double kMargin = 2;
 
-// The shape's font at the zoom: the font's size is the character height in
-// drawing units, as for captions; the character spacing scales too.
-QFont zoomedFont(const TFont& font, double zoom, int characterSpace) {
-    QFont f = font.ToQFont(std::max(1, Round(font.Size() * zoom)));
-    if (characterSpace != 0) f.setLetterSpacing(QFont::AbsoluteSpacing, characterSpace * zoom);
+// The shape's font in drawing units: its size is the character height, as
+// for captions, and the character spacing is in drawing units too.
+QFont unitFont(const TFont& font, int characterSpace) {
+    QFont f = font.ToQFont(std::max(1, font.Size()));
+    if (characterSpace != 0) f.setLetterSpacing(QFont::AbsoluteSpacing, characterSpace);
     return f;
 }
 
 }  // namespace
 
+// The text is laid out in drawing units with the font at its own size, and
+// only then mapped to pixels, so that a frame holds the same rows at every
+// zoom (a font rounded to the zoom's pixel size would not keep its widths in
+// proportion).
 struct TMyText::Layout {
-    QRectF frame;      // the upright frame, pixels
-    QPointF centre;    // what the frame turns about, pixels
-    double degrees = 0;  // the turn, clockwise on screen
-    QFont font;
-    std::vector<std::pair<QPointF, QString>> rows;  // baseline start of each row
+    QRectF frame;          // the upright frame, drawing units
+    QTransform toPixels;   // drawing units to pixels: the zoom, then the turn about the frame's centre
+    QFont font;            // at the unzoomed size
+    std::vector<std::pair<QPointF, QString>> rows;  // baseline start of each row, drawing units
 };
 
 TMyText::TMyText(TMyCAD* canvas) : TMyRectangle(canvas) {}
@@ -58,8 +61,9 @@ void TMyText::assignOwnFields(const TMyShape* source, bool withRelations) {
 QString TMyText::Text() const { return m_lines.Count() > 0 ? m_lines.Lines().join(QLatin1Char('\n')) : Info(); }
 
 QStringList TMyText::LayoutRows(double frameWidth) const {
-    const QFontMetricsF metrics(zoomedFont(FontRef(), Zoom(), m_characterSpace));
-    const double room = frameWidth - 2 * kMargin * Zoom();
+    const QFontMetricsF metrics(unitFont(FontRef(), m_characterSpace));
+    // A little slack: a frame fitted to its text (reCaclpoints) holds it despite rounding.
+    const double room = frameWidth - 2 * kMargin + 0.01;
     QStringList rows;
     for (const QString& line : Text().split(QLatin1Char('\n'))) {
         if (!m_wordWrap || metrics.horizontalAdvance(line) <= room) {
@@ -86,24 +90,26 @@ TMyText::Layout TMyText::layout() const {
     Layout l;
     if (GetPointsCount() < 4) return l;
     const double zoom = Zoom();
-    const TMyPoint c = ZoomedValuePt(ComputeCenterPoint(4));
-    std::array<TMyPoint, 4> upright = cornersInZoom();
-    for (TMyPoint& p : upright) p = RotateAPoint(p, c, -Angle());
+    const TMyPoint c = ComputeCenterPoint(4);
+    std::array<TMyPoint, 4> upright{};
+    for (int i = 0; i < 4; ++i) upright[size_t(i)] = RotateAPoint(GetPoint(i), c, -Angle());
     const TMyRect box = GetPointsLTRB(TArrMyPoint(upright.begin(), upright.end()));
     l.frame = QRectF(box.left, box.top, box.right - box.left, box.bottom - box.top);
-    l.centre = QPointF(c.x, c.y);
-    l.degrees = Angle() * 180 / std::numbers::pi;
-    l.font = zoomedFont(FontRef(), zoom, m_characterSpace);
+    l.toPixels.translate(c.x * zoom, c.y * zoom);
+    l.toPixels.rotate(Angle() * 180 / std::numbers::pi);
+    l.toPixels.translate(-c.x * zoom, -c.y * zoom);
+    l.toPixels.scale(zoom, zoom);
+    l.font = unitFont(FontRef(), m_characterSpace);
     const QFontMetricsF metrics(l.font);
     const QStringList rows = LayoutRows(l.frame.width());
-    const double margin = kMargin * zoom, height = metrics.height() * rows.size();
-    double y = l.frame.top() + margin;
-    if (m_vAlignment == jvBottom) y = l.frame.bottom() - margin - height;
+    const double height = metrics.height() * rows.size();
+    double y = l.frame.top() + kMargin;
+    if (m_vAlignment == jvBottom) y = l.frame.bottom() - kMargin - height;
     if (m_vAlignment == jvCenter) y = l.frame.top() + (l.frame.height() - height) / 2;
     for (const QString& row : rows) {
         const double w = metrics.horizontalAdvance(row);
-        double x = l.frame.left() + margin;
-        if (m_hAlignment == jhRight) x = l.frame.right() - margin - w;
+        double x = l.frame.left() + kMargin;
+        if (m_hAlignment == jhRight) x = l.frame.right() - kMargin - w;
         if (m_hAlignment == jhCenter) x = l.frame.left() + (l.frame.width() - w) / 2;
         l.rows.emplace_back(QPointF(x, y + metrics.ascent()), row);
         y += metrics.height();
@@ -136,9 +142,7 @@ void TMyText::Draw(TCanvas* canvas) {
     QPainter* painter = canvas->Painter();
     if (!painter || l.rows.empty()) return;
     painter->save();
-    painter->translate(l.centre);
-    painter->rotate(l.degrees);
-    painter->translate(-l.centre);
+    painter->setWorldTransform(l.toPixels, true);
     painter->setClipRect(l.frame, Qt::IntersectClip);
     painter->setRenderHint(QPainter::Antialiasing, false);
     painter->setPen(ToQColor(FontRef().Color()));
@@ -153,11 +157,7 @@ void TMyText::GetPathPoints(TCanvas*, TArrPoint& points, std::vector<uint8_t>& t
     const Layout l = layout();
     QPainterPath path;
     for (const auto& [origin, row] : l.rows) path.addText(origin, l.font, row);
-    QTransform turn;
-    turn.translate(l.centre.x(), l.centre.y());
-    turn.rotate(l.degrees);
-    turn.translate(-l.centre.x(), -l.centre.y());
-    path = turn.map(path);
+    path = l.toPixels.map(path);
 
     QPointF figureStart;
     size_t figureFirst = 0;
@@ -191,7 +191,7 @@ void TMyText::GetPathPoints(TCanvas*, TArrPoint& points, std::vector<uint8_t>& t
 }
 
 void TMyText::reCaclpoints() {
-    const QFontMetricsF metrics(zoomedFont(FontRef(), 1.0, m_characterSpace));
+    const QFontMetricsF metrics(unitFont(FontRef(), m_characterSpace));
     const QStringList rows = Text().split(QLatin1Char('\n'));
     double width = 0;
     for (const QString& row : rows) width = std::max(width, metrics.horizontalAdvance(row));

@@ -68,8 +68,9 @@ public:
     // (its closing segment back to the move-to is implied).
     void GetPathPoints(TCanvas* canvas, TArrPoint& points, std::vector<uint8_t>& types);
 
-    // The rows as laid out in a frame of the given width in pixels at the
-    // zoom: the lines, each broken at spaces to fit when WordWrap is on.
+    // The rows as laid out in a frame of the given width in drawing units:
+    // the lines, each broken at spaces to fit when WordWrap is on. The same
+    // at every zoom.
     QStringList LayoutRows(double frameWidth) const;
 
 protected:
