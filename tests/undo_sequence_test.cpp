@@ -1,6 +1,8 @@
 // Random edit sequences over many seeds: adding, deleting, grouping,
 // ungrouping, z-order, swaps, alignment, spacing, flips, locks, resizes,
-// connections, splitting lines, undo and redo. After every step the drawing's references must be intact; taking
+// connections, splitting lines, mouse gestures (drags, resizes, rotations,
+// rubber bands, clicks) and drawing with the tools, undo and redo. After every
+// step the drawing's references must be intact; taking
 // back a change or an addition must give back the drawing exactly, and
 // redoing then undoing again must give back the same drawing.
 #include "cad/canvas/mycad.h"
@@ -19,13 +21,16 @@ namespace {
 
 class Sequence {
 public:
-    explicit Sequence(unsigned seed) : m_rng(seed) { m_cad.NewLayer("second", true); }
+    explicit Sequence(unsigned seed) : m_rng(seed) {
+        m_cad.NewLayer("second", true);
+        m_cad.SetDisableTextInput(true);
+    }
 
     void Run(int steps) {
         for (int i = 0; i < 8; ++i) addShape();
         for (int i = 0; i < steps && !::testing::Test::HasFailure(); ++i) {
             const std::string before = DrawingState(m_cad);
-            const int op = pick(16);
+            const int op = pick(18);
             m_log += std::to_string(op) + ' ';
             bool exact = false;  // taking this step back restores the drawing exactly
             switch (op) {
@@ -45,6 +50,8 @@ public:
             case 13: undoRedoUndo(); break;
             case 14: link(); exact = true; break;
             case 15: m_cad.BreakLine(anyShape()); break;  // two steps
+            case 16: mouseGesture(); exact = true; break;
+            case 17: drawWithTool(); exact = true; break;
             }
             SCOPED_TRACE("after " + m_log);
             ExpectIntact(m_cad);
@@ -177,6 +184,34 @@ private:
         if (!s) return;
         TUndoChangeScope step(m_cad, {s});
         m_cad.SizeShape(s, pick(s->GetPointsCount()), TPoint{pick(500), pick(500)});
+    }
+
+    // A press, a move and a release with the selecting or rotating tool, often
+    // on a shape's point so that hot marks, bodies and empty paper all get hit.
+    void mouseGesture() {
+        m_cad.SetShapeTool(pick(3) == 0 ? SpRotateSelecting : SpSelecting);
+        TPoint from{pick(500), pick(500)};
+        if (TMyShape* s = anyShape(); s && s->GetPointsCount() && pick(4) > 0) {
+            const TMyPoint p = s->GetPointInZoom(pick(s->GetPointsCount()));
+            from = TPoint{Round(p.x) + pick(5) - 2, Round(p.y) + pick(5) - 2};
+        }
+        const TShiftState shift = pick(4) == 0 ? ssShift : 0;
+        const TPoint to = pick(3) == 0 ? from : TPoint{from.x + pick(81) - 40, from.y + pick(81) - 40};
+        m_cad.MouseDown(mbLeft, shift, from.x, from.y);
+        m_cad.MouseMove(shift | ssLeft, to.x, to.y);
+        m_cad.MouseUp(mbLeft, shift, to.x, to.y);
+    }
+
+    // Two clicks with a drawing tool; a shape that they do not finish is dropped.
+    void drawWithTool() {
+        const TDrawTool tools[] = {SpRectangle, SpEllipse, SpLine, SpLinkLine, SpText};
+        m_cad.SetShapeTool(tools[pick(5)]);
+        for (int i = 0; i < 2; ++i) {
+            const int x = pick(500), y = pick(500);
+            m_cad.MouseDown(mbLeft, 0, x, y);
+            m_cad.MouseUp(mbLeft, 0, x, y);
+        }
+        m_cad.SetShapeTool(SpSelecting);
     }
 
     void undoRedoUndo() {

@@ -693,8 +693,9 @@ public:
     // drawing is as it was before the press.
     void CancelMouseEdit();
     // While an edit runs, mouse points are kept inside this control
-    // rectangle; Qt cannot confine the system cursor itself, so the canvas
-    // grabs the mouse and clamps the points it is given.
+    // rectangle. Qt cannot confine the system cursor itself; it delivers the
+    // moves of a held button even outside the control, and the canvas clamps
+    // the points it is given.
     void SetCursorClipArea(const TRect& rect);
     void ReleaseCursorClipArea();
     // The mouse position in TheUNIT (through GetPointByMode) into LabelXY;
