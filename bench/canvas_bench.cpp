@@ -21,6 +21,7 @@
 #include "cad/shapes/line.h"
 #include "cad/shapes/rectangle.h"
 #include "platform/system.h"
+#include "bench_timing.h"
 
 #include <QGraphicsEllipseItem>
 #include <QGraphicsLineItem>
@@ -187,14 +188,7 @@ PeerWorld& peer(int n) {
 
 // ---- Paired timing ----------------------------------------------------------------------------
 
-using Clock = std::chrono::steady_clock;
-
-template <class F>
-double seconds(F&& f) {
-    const auto t0 = Clock::now();
-    f();
-    return std::chrono::duration<double>(Clock::now() - t0).count();
-}
+using faroven::bench::seconds;
 
 // Runs ours and theirs once per iteration; the iteration's time is ours.
 template <class Ours, class Theirs>

@@ -16,6 +16,7 @@
 #include "cad/shapes/link.h"
 #include "cad/shapes/rectangle.h"
 #include "platform/system.h"
+#include "bench_timing.h"
 
 #include <QImage>
 #include <QPainter>
@@ -86,11 +87,7 @@ Diagram& diagram() {
     return d;
 }
 
-double seconds(const std::function<void()>& f) {
-    const auto t0 = std::chrono::steady_clock::now();
-    f();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - t0).count();
-}
+using faroven::bench::seconds;
 
 double fullRepaint(Diagram& d, bool linkCrosses) {
     d.cad->SetShowHotLink(linkCrosses);

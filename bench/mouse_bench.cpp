@@ -13,6 +13,7 @@
 #include "cad/shapes/line.h"
 #include "cad/shapes/rectangle.h"
 #include "platform/system.h"
+#include "bench_timing.h"
 
 #include <QImage>
 #include <QPainter>
@@ -80,14 +81,7 @@ TMyCAD& world() {
     return *cad;
 }
 
-using Clock = std::chrono::steady_clock;
-
-template <class F>
-double seconds(F&& f) {
-    const auto t0 = Clock::now();
-    f();
-    return std::chrono::duration<double>(Clock::now() - t0).count();
-}
+using faroven::bench::seconds;
 
 // A full repaint of the page without an edit in progress, averaged.
 double fullRepaintSeconds(TMyCAD& cad) {
