@@ -99,6 +99,28 @@ TEST_F(Mouse, SelectingRaisesTheEventsInTheirOrder) {
                        "selected " + na + ">" + na, "click " + na}));
 }
 
+TEST_F(Mouse, HandlersMayDeleteTheShapesTheyAreTold) {
+    TMyRectangle* a = AddRect(cad, 0, 0, 40, 40);
+    AddRect(cad, 100, 0, 140, 40);
+    bool clicked = false;
+    a->OnClick = [&](TObject*) { clicked = true; };
+    cad.OnShapeSelected = [&](TMyShape*, TMyShape* now) {
+        if (now) cad.DeleteShapeById(now->GetShapeId(), false);
+    };
+    click(20, 20);
+    EXPECT_FALSE(clicked);
+    click(120, 20);
+    EXPECT_EQ(cad.GetShapesCount(), 0);
+    cad.OnShapeSelected = nullptr;
+    cad.OnShapeAdded = [&](TMyShape*& s, int) { cad.DeleteShapeById(s->GetShapeId(), false); };
+    cad.SetShapeTool(SpRectangle);
+    click(10, 10);
+    click(50, 50);
+    EXPECT_EQ(cad.GetShapesCount(), 0);
+    EXPECT_EQ(undoSteps(), 0u);
+    ExpectIntact(cad);
+}
+
 TEST_F(Mouse, ShiftAddsAndRemovesAndEmptyPaperClears) {
     TMyRectangle* a = AddRect(cad, 0, 0, 40, 40);
     TMyRectangle* b = AddRect(cad, 100, 0, 140, 40);

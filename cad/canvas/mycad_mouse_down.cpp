@@ -184,8 +184,9 @@ bool TMyCAD::pressOnSelection(TShiftState shift) {
     }
     if (m_action != dtBrowse) m_action = dtDragging;
     m_currentShape = hit;
+    const QPointer<TMyShape> clicked = hit;
     if (OnShapeSelected) OnShapeSelected(hit, hit);
-    if (hit->OnClick) hit->OnClick(this);
+    canvas_detail::clickIfAlive(clicked, this);
     return true;
 }
 
@@ -205,22 +206,23 @@ void TMyCAD::pressElsewhere(TShiftState shift) {
         return;
     }
     const bool connector = isConnectorPoint(winner);
+    const QPointer<TMyShape> clicked = winner;
     m_currentShape = winner;
     if (!m_workingShapes.empty()) {
-        TMyShape* previous = m_workingShapes.front();
+        const QPointer<TMyShape> previous = m_workingShapes.front();
         selectAlone(winner);
         // The order differs on purpose: a connector point is announced before its click.
         if (connector) {
             if (OnShapeSelected) OnShapeSelected(previous, winner);
-            if (winner->OnClick) winner->OnClick(this);
+            canvas_detail::clickIfAlive(clicked, this);
         } else {
-            if (winner->OnClick) winner->OnClick(this);
-            if (OnShapeSelected) OnShapeSelected(previous, winner);
+            canvas_detail::clickIfAlive(clicked, this);
+            if (OnShapeSelected) OnShapeSelected(previous, clicked);
         }
     } else {
         AddWorkingShapes(winner);
         if (OnShapeSelected) OnShapeSelected(nullptr, winner);
-        if (winner->OnClick) winner->OnClick(this);
+        canvas_detail::clickIfAlive(clicked, this);
     }
     if (!connector) Invalidate();
     if (m_action != dtBrowse) m_action = dtDragging;

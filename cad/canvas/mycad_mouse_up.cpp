@@ -60,8 +60,9 @@ void TMyCAD::MouseUp(TMouseButton Button, TShiftState Shift, int X, int Y) {
         // Browsing stays browsing; the editing modes go back to selecting.
         m_action = m_savedAction == dtBrowse ? dtBrowse : dtSelecting;
         endPress();
+        const QPointer<TMyShape> clicked = candidate;
         if (OnShapeSelected) OnShapeSelected(previous, candidate);
-        if (candidate->OnClick) candidate->OnClick(this);
+        canvas_detail::clickIfAlive(clicked, this);
         TGraphicControl::MouseUp(Button, Shift, X, Y);
         return;
     }
@@ -145,7 +146,14 @@ void TMyCAD::finishDrawnShape() {
     selectAlone(shape);
     shape->Drawed(m_downPoint, m_lastPoint);
     TMyShape* announced = shape;
+    const QPointer<TMyShape> added = shape;
     if (OnShapeAdded) OnShapeAdded(announced, GetShapesCount());
+    // A handler may have deleted the new shape again: nothing is left to record.
+    if (!added) {
+        m_currentShape = nullptr;
+        Invalidate();
+        return;
+    }
 
     TMyShape* result = shape;
     auto* line = dynamic_cast<TMyLine*>(shape);

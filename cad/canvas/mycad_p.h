@@ -4,7 +4,10 @@
 
 #include "cad/canvas/undo_history.h"
 
+#include "cad/shapes/shape.h"
 #include "platform/types.h"
+
+#include <QPointer>
 
 #include <algorithm>
 #include <vector>
@@ -51,6 +54,12 @@ inline TRect unite(const TRect& a, const TRect& b) {
 
 inline TRect offsetRect(const TRect& r, int dx, int dy) {
     return TRect{r.left + dx, r.top + dy, r.right + dx, r.bottom + dy};
+}
+
+// The shape's OnClick with the canvas as sender, unless a handler that ran
+// before has deleted the shape.
+inline void clickIfAlive(const QPointer<TMyShape>& shape, TObject* canvas) {
+    if (shape && shape->OnClick) shape->OnClick(canvas);
 }
 
 // Connector points (TMyLineLinkLine) win a press over every other shape.
