@@ -907,8 +907,6 @@ private:
     TMyShape* m_hintShape = nullptr;
 
     // ---- Mouse feedback (mycad_mouse.cpp) -------------------------------------------------------
-    // The top-most pickable root shape hit at the pixel point, or nil.
-    TMyShape* hoverShapeAt(TPoint p);
     void drawEditFeedback(TCanvas* canvas);
     void invalidateEditFeedback();
     TRect m_feedbackRect{};

@@ -49,6 +49,8 @@ void TMyCAD::MouseMove(TShiftState Shift, int X, int Y) {
     if (editing) {
         if (m_mousePressed && !m_cursorClipped && m_action != dtBrowse) SetCursorClipArea(PageRect());
         const TPoint p = clipped(TPoint{X, Y});
+        // Drawing keeps its own, snapped and constrained, last point.
+        if (m_action != dtDrawing) m_lastPoint = p;
         switch (m_action) {
         case dtDrawing:
             if (TMyShape* shape = m_drawnShape.get()) {
@@ -73,25 +75,21 @@ void TMyCAD::MouseMove(TShiftState Shift, int X, int Y) {
             }
             break;
         case dtDragging:
-            m_lastPoint = p;
             m_editTarget = dragTarget(p);
             offerEditTarget(OnShapeMouseDragging, m_currentShape);
             break;
         case dtResizing:
-            m_lastPoint = p;
             m_editTarget = resizeTarget(p, Shift);
             offerEditTarget(OnShapeMouseResizing, m_hotShape);
             break;
         case dtRotating:
-            m_lastPoint = p;
             m_editTarget = rotateTarget(p);
             offerEditTarget(OnShapeMouseRotating, m_hotShape);
             break;
         case dtDraggingTextoutPoint:
-            m_lastPoint = p;
             if (m_hotShape) m_hotShape->SetTextPoint(TMyPoint{float(p.x / m_zoom), float(p.y / m_zoom)});
             break;
-        default: m_lastPoint = p; break;
+        default: break;
         }
         invalidateEditFeedback();
     } else {
@@ -234,9 +232,6 @@ TRect TMyCAD::hoverFrame(TMyShape* shape) {
     InflateRect(r, kHoverMargin, kHoverMargin);
     return r;
 }
-
-// The shape a press here would pick, found through the spatial index.
-TMyShape* TMyCAD::hoverShapeAt(TPoint p) { return GetShapeAtPoint(p); }
 
 void TMyCAD::setHoverShape(TMyShape* shape) {
     if (shape == m_hoverShape) return;

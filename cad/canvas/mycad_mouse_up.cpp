@@ -10,6 +10,7 @@
 #include "cad/shapes/rectangle.h"
 
 #include <cmath>
+#include <unordered_set>
 
 namespace faroven {
 
@@ -191,7 +192,6 @@ void TMyCAD::ClosePolygon() {
     if (pts.size() < (polygon ? 3u : 2u)) return;
     if (polygon && !(pts.front() == pts.back())) pts.push_back(pts.front());
     poly->SetPoints(pts);
-    if (m_mousePressed) m_mousePressed = false;
     if (m_returnToSelecting) m_savedAction = dtSelecting;
     m_lastPoint = MyPtToPt(shape->GetPointInZoom(shape->GetPointsCount() - 1));
     finishDrawnShape();
@@ -204,11 +204,13 @@ void TMyCAD::releaseRubberBand() {
     const TRect band{std::min(m_downPoint.x, m_lastPoint.x), std::min(m_downPoint.y, m_lastPoint.y),
                      std::max(m_downPoint.x, m_lastPoint.x) + 1, std::max(m_downPoint.y, m_lastPoint.y) + 1};
     const std::vector<int> roots = rootsMeetingNow(band);
+    // A set, not IsInWorkingShape: a band may take tens of thousands of shapes.
+    std::unordered_set<const TMyShape*> selected(m_workingShapes.begin(), m_workingShapes.end());
     for (int no : roots) {
         TMyShape* shape = m_myShapes[size_t(no)];
         if (!shape || shape->HasParentShape() || !shape->Visible()) continue;
         if (!m_operateAllLayer && shape->LayerId() != CurrentLayerId()) continue;
-        if (!IsInRegion(m_downPoint, m_lastPoint, shape) || IsInWorkingShape(shape) >= 0) continue;
+        if (!IsInRegion(m_downPoint, m_lastPoint, shape) || !selected.insert(shape).second) continue;
         m_workingShapes.push_back(shape);
     }
     Invalidate();
