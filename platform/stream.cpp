@@ -16,11 +16,11 @@ int64_t TStream::Size() const {
 void TStream::ReadBuffer(void* buffer, int64_t count) {
     if (count < 0)
         throw EReadError(QStringLiteral("Stream read error: negative count %1 at position %2").arg(count).arg(Position()));
-    const int64_t start = Position();
+    // The position is asked only on failure: readers call this for every field.
     const int64_t got = count ? Read(buffer, count) : 0;
     if (got != count)
         throw EReadError(QStringLiteral("Stream read error: %1 bytes wanted at position %2, %3 available")
-                             .arg(count).arg(start).arg(got));
+                             .arg(count).arg(Position() - got).arg(got));
 }
 
 void TStream::WriteBuffer(const void* buffer, int64_t count) {

@@ -33,6 +33,7 @@
 #include "cad/canvas/undo_scope.h"
 #include "cad/canvas/units.h"
 #include "cad/enums.h"
+#include "cad/persistence/file_version.h"
 #include "cad/persistence/userdata.h"
 #include "cad/shapes/shape.h"
 #include "cad/types.h"
@@ -270,8 +271,10 @@ public:
     TWholeDragOperation OnWholeDragged;
 
     // ==== Unpublished state ======================================================================
+    // The version of the stream being read, which every shape reader consults.
     QString DiskFileVersion() const { return m_diskFileVersion; }
-    void SetDiskFileVersion(const QString& v) { m_diskFileVersion = v; }
+    void SetDiskFileVersion(const QString& v);
+    TFileVersion DiskFileVersionCode() const { return m_fileVersion; }
     double PreZoom() const { return m_preZoom; }
     TActionTools Action() const { return m_action; }
     void SetAction(TActionTools v) { m_action = v; }
@@ -749,6 +752,57 @@ public:
     // The root shape under the mouse that gets hover feedback (MouseEffect), or nil.
     TMyShape* HoverShape() const { return m_hoverShape; }
 
+    // ==== Drawing files and blocks (mycad_file.cpp) ==============================================
+    // The drawing as one stream: a fixed header, the canvas's settings, user
+    // data and layers, then every shape as its class name and record (see
+    // docs/file_format.md). Saving always writes the current version.
+    bool SaveToStream(TStream& stream);
+    // Reads a whole drawing from the stream's start. The stream is parsed
+    // completely before the canvas changes: a stream that cannot be read
+    // raises EReadError (EFileFormatError for contents that cannot be right),
+    // saying what and at which byte offset, and leaves the drawing as it was.
+    // On success the drawing is replaced, the zoom is 1 and the undo history
+    // is empty.
+    bool LoadFromStream(TStream& stream);
+    // Writes the drawing to a file atomically: the old file stays intact
+    // until the new one is complete. Clears the changed flag.
+    bool SaveToFile(const QString& fileName);
+    // False, with the drawing untouched, for a file that is not a drawing
+    // (IsZEMAFile); otherwise LoadFromStream through a read buffer.
+    bool LoadFromFile(const QString& fileName);
+    // The file's first 64 bytes, trimmed, are the product signature.
+    static bool IsZEMAFile(const QString& fileName);
+    // Reads a drawing stream as a block into MemShapes, ready for
+    // PasteforBlock: the block's shapes get ids from the id counter on, no
+    // names, and layers by the mode. Existing shapes and layers stay.
+    bool LoadFromStreamforBlock(TStream& stream, TBlockLayerMode mode);
+    // Moves the shapes waiting in MemShapes into the drawing, on top, named
+    // "Shape" + id, selected, as one "ACT_ADD" undo step; raises the changed flag.
+    bool PasteforBlock();
+    // Inserts a drawing file as a block (LoadFromStreamforBlock, PasteforBlock).
+    bool AddBlockfromZEMAFile(const QString& fileName, TBlockLayerMode mode = Merge);
+    // Told while a stream loads: bytes read so far and the stream's size.
+    std::function<void(int64_t done, int64_t total)> OnLoadProgress;
+    // Raised while a drawing or a block is being taken over (events and repaints wait).
+    bool Loading() const { return m_loading; }
+    // The string and bitmap fields of the records, as the free functions write them.
+    bool WriteStrBuffer(TStream& stream, const QString& text, uint8_t count);
+    bool ReadBitmapBuffer(TStream& stream, std::unique_ptr<TBitmap>& bitmap);
+    bool WriteBitmapBuffer(TStream& stream, const TBitmap* bitmap);
+
+    // ==== Clipboard (mycad_clipboard.cpp) ========================================================
+    // The selection (with the members of its groups) on the system clipboard
+    // as shape records under ShapesMimeType, and as a PNG and an SVG picture.
+    bool Copy();
+    // Copy, then delete the selection as one undo step.
+    bool Cut();
+    // Inserts the shapes on the clipboard: new ids, names "Shape" + id, on the
+    // current layer, moved aside while they would cover their originals; one
+    // undo step. False when the clipboard holds no shapes of ours.
+    bool Paste();
+    static bool CanPaste();
+    static constexpr char ShapesMimeType[] = "application/x-faroven-shapes";
+
     // ==== Picking and the spatial index (mycad_picking.cpp) ======================================
     // Painting and picking find shapes through a grid of pixel boxes that
     // follows every change the shapes report.
@@ -973,6 +1027,7 @@ public:
     bool m_crossLine = true;
     bool m_disableTextInput = false;
     QString m_diskFileVersion = QStringLiteral("XP.j");
+    TFileVersion m_fileVersion = TFileVersion::XPj;
     bool m_dragEnable = true;
     TDragMode m_dragMode = dgBoth;
     TGridObject m_grid;
@@ -1024,6 +1079,7 @@ public:
 
     // Unpublished state.
     std::vector<TMyShape*> m_memShapes;
+    bool m_loading = false;
     int m_linkHotShapeNo = -1;
     int m_linkHotPointIndex = 0;
     TPoint m_downPoint;
