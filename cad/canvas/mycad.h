@@ -291,6 +291,10 @@ public:
     // Root shapes the last paint drew, by number.
     const std::vector<int>& PaintedShapes() const { return m_paintedShapes; }
     bool Changed() const { return m_changed; }
+    // Counts the edits recorded for undo, taken back and redone since the
+    // canvas was made: a program compares it with its value at the last save
+    // to know whether the drawing has unsaved changes.
+    int64_t EditCount() const { return m_editCount; }
     void SetChanged(bool v) { m_changed = v; }
     bool Painting() const { return m_painting; }
     int LinkHotShapeNo() const { return m_linkHotShapeNo; }
@@ -1091,6 +1095,7 @@ public:
     TMyShape* m_currentShape = nullptr;
     bool m_dragTrace = true;
     bool m_changed = false;
+    int64_t m_editCount = 0;
     std::vector<TMyShape*> m_myShapes;
     int m_nextShapeId = 0;
     std::vector<TMyShape*> m_workingShapes;

@@ -116,6 +116,7 @@ TMyShape* TMyCAD::shapeById(int id) const { return id < 0 ? nullptr : GetShapeBy
 
 void TMyCAD::PushtoUndoRedoShapeList(const std::vector<TMyShape*>& shapes, const QString& action) {
     if (m_undo.Limit() == 0 || shapes.empty()) return;
+    ++m_editCount;
     if (!m_redoing) m_undo.ClearRedo();
     const int step = m_undo.BeginStep();
     std::unordered_set<const TMyShape*> recorded;
@@ -152,6 +153,7 @@ void TMyCAD::PushtoUndoRedoShapeList(const std::vector<TMyShape*>& shapes, int l
 
 void TMyCAD::recordExactly(const std::vector<TMyShape*>& shapes, const QString& action) {
     if (m_undo.Limit() == 0 || shapes.empty()) return;
+    ++m_editCount;
     const int step = m_undo.BeginStep();
     for (size_t i = shapes.size(); i-- > 0;)
         if (TUndoRecord r = recordOf(shapes[i], action, step); r.Snapshot) m_undo.Append(std::move(r));
@@ -161,6 +163,7 @@ void TMyCAD::recordExactly(const std::vector<TMyShape*>& shapes, const QString& 
 
 void TMyCAD::PopFromUndoRedoShapeList() {
     if (m_undo.Limit() == 0 || m_undo.Empty()) return;
+    ++m_editCount;
     RemoveAllWorkingShapes();
     std::vector<TUndoRecord> step = m_undo.TakeNewestStep();
     m_undo.PushRedo(takeBack(step));
@@ -271,6 +274,7 @@ void TMyCAD::Undo() { PopFromUndoRedoShapeList(); }
 void TMyCAD::Redo() {
     if (!m_undo.CanRedo()) return;
     const TRedoStep step = m_undo.TakeRedo();
+    ++m_editCount;
     RemoveAllWorkingShapes();
     m_redoing = true;
     redoStep(step);
