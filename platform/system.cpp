@@ -111,6 +111,23 @@ bool TClipboard::HasImage() const {
     return c && c->mimeData() && c->mimeData()->hasImage();
 }
 
+void TClipboard::SetFormats(const std::vector<std::pair<QString, QByteArray>>& formats, const QImage& image) {
+    auto c = systemClipboard();
+    if (!c) return;
+    auto* data = new QMimeData;
+    for (const auto& [type, bytes] : formats) data->setData(type, bytes);
+    if (!image.isNull()) data->setImageData(image);
+    c->setMimeData(data);  // the clipboard owns it
+}
+bool TClipboard::HasFormat(const QString& mimeType) const {
+    auto c = systemClipboard();
+    return c && c->mimeData() && c->mimeData()->hasFormat(mimeType);
+}
+QByteArray TClipboard::Data(const QString& mimeType) const {
+    auto c = systemClipboard();
+    return c && c->mimeData() ? c->mimeData()->data(mimeType) : QByteArray();
+}
+
 TClipboard* Clipboard() {
     static TClipboard clipboard;
     return &clipboard;

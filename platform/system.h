@@ -6,6 +6,8 @@
 #include "platform/types.h"
 
 #include <QString>
+#include <utility>
+#include <vector>
 #include <functional>
 #include <memory>
 
@@ -60,6 +62,11 @@ public:
     void SetImage(const QImage& image);
     QImage Image() const;
     bool HasImage() const;
+    // Several forms of the same content at once: data under MIME types and,
+    // when not null, an image (offered in the platform's image formats).
+    void SetFormats(const std::vector<std::pair<QString, QByteArray>>& formats, const QImage& image);
+    bool HasFormat(const QString& mimeType) const;
+    QByteArray Data(const QString& mimeType) const;
 };
 TClipboard* Clipboard();
 

@@ -32,6 +32,12 @@ public:
     TLayerRecord RemoveAt(int index);
     // Restarts the id counter (after every layer is deleted).
     void ResetCounter() { m_nextId = 0; }
+    // A drawing being loaded brings its layers and counter as they were saved.
+    void Replace(std::vector<TLayerRecord> records, int currentId, int nextId) {
+        m_records = std::move(records);
+        m_currentId = currentId;
+        m_nextId = nextId;
+    }
 
     int IndexOfId(int id) const;
     int IndexOfName(const QString& name) const;

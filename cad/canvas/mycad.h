@@ -832,6 +832,18 @@ protected:
     void wheelEvent(QWheelEvent* event) override;
 
 private:
+    // ---- Drawing streams (mycad_file.cpp) ----
+    struct DrawingImage;
+    // Parses a whole drawing stream without changing the drawing (only the
+    // version being read, which is put back when parsing fails).
+    DrawingImage readDrawing(TStream& stream);
+    // The drawing's settings and layers followed by the given shapes, which
+    // must be numbered 0..n-1 among themselves.
+    void writeDrawing(TStream& stream, const std::vector<TMyShape*>& shapes);
+    // Puts a parsed drawing's shapes into MemShapes (ids from the counter on,
+    // no names), on layers by the mode.
+    void takeBlockShapes(DrawingImage& image, TBlockLayerMode mode);
+    void freeMemShapes();
     // Shapes report changes, ids and their end to the canvas (picking index, id table).
     friend class TMyShape;
 
