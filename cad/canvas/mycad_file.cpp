@@ -26,9 +26,9 @@ constexpr char kDescription[] = "Faroven drawing";
 constexpr char kBuildDate[] = "20091209";
 constexpr int kSignatureWidth = 64, kDescriptionWidth = 64, kVersionWidth = 16, kDateWidth = 10,
               kReservedWidth = 64, kClassNameWidth = 16;
-// The smallest shape entry: its class name and a record of empty strings,
-// zero counts and the fixed fields of the oldest layout.
-constexpr int kMinShapeBytes = kClassNameWidth + 100;
+// The smallest shape entry: its class name and a base record of empty
+// strings and zero counts in the leanest layout (an unknown version's).
+constexpr int kMinShapeBytes = kClassNameWidth + 99;
 // Loads tell their progress this often.
 constexpr int kProgressEvery = 2000;
 
