@@ -23,8 +23,11 @@
 #include "cad/shapes/link_point.h"
 #include "cad/shapes/shape.h"
 #include "cad/shapes/text.h"
+#include "platform/ansi.h"
 #include "platform/bitmap.h"
 #include "platform/system.h"
+
+#include <cstring>
 
 namespace faroven {
 
@@ -50,14 +53,55 @@ E readEnum(TStream& s, E last, const char* what) {
     return E(v);
 }
 
+// Fixed-size fields that follow one another, read with one call and taken
+// in order: records are mostly such runs, and a call per field would cost
+// more than the fields.
+class FieldRun {
+public:
+    FieldRun(TStream& s, int size) : m_start(s.Position()) { s.ReadBuffer(m_bytes, size); }
+    template <class T>
+    T take() {
+        T v;
+        std::memcpy(&v, m_bytes + m_at, sizeof v);
+        m_at += int(sizeof v);
+        return v;
+    }
+    bool takeBool() { return take<uint8_t>() != 0; }
+    template <class E>
+    E takeEnum(E last, const char* what) {
+        const int64_t at = m_start + m_at;
+        const uint8_t v = take<uint8_t>();
+        if (v > uint8_t(last))
+            throw EFileFormatError(QStringLiteral("%1 %2 is not a known value").arg(QLatin1String(what)).arg(v), at);
+        return E(v);
+    }
+    void skip(int count) { m_at += count; }
+
+private:
+    uint8_t m_bytes[40];
+    int64_t m_start;
+    int m_at = 0;
+};
+
+// A Str (the same length rule as ReadStr) for text that repeats from record
+// to record, such as font names: the last text read is kept, and the same
+// bytes again share it instead of allocating a new string.
+QString readRepeatedStr(TStream& s) {
+    thread_local QByteArray lastBytes;
+    thread_local QString lastText;
+    const int kept = int(uint32_t(ReadInt32(s)) % 256);
+    char buffer[256];
+    if (kept) s.ReadBuffer(buffer, kept);
+    if (lastBytes.size() != kept || std::memcmp(lastBytes.constData(), buffer, size_t(kept)) != 0) {
+        lastBytes = QByteArray(buffer, kept);
+        lastText = FromAnsi(buffer, kept);
+    }
+    return lastText;
+}
+
 void skipBytes(TStream& s, int count) {
     uint8_t buffer[10];
     s.ReadBuffer(buffer, count);
-}
-
-// One coordinate in the form the version stores it.
-float readCoordinate(TStream& s, TCoordinateForm form) {
-    return form == TCoordinateForm::Extended ? ReadExtended(s) : ReadSingle(s);
 }
 
 // A count and that many points. Without coordinates (XP.2, unknown
@@ -184,11 +228,14 @@ void TMyShape::LoadFromStream(TStream& s) {
 
     const QString name = ReadStr(s);
     if (name != Name()) SetName(name);  // an unchanged name allocates nothing
-    const int32_t shapeId = ReadInt32(s);
-    m_shapeNo = ReadInt32(s);
-    SetShapeId(shapeId);  // after the number: the canvas finds its shapes by both
-    m_layerId = ReadInt32(s);
-    m_parentShapeNo = ReadInt32(s);
+    {
+        FieldRun r(s, 16);
+        const int32_t shapeId = r.take<int32_t>();
+        m_shapeNo = r.take<int32_t>();
+        SetShapeId(shapeId);  // after the number: the canvas finds its shapes by both
+        m_layerId = r.take<int32_t>();
+        m_parentShapeNo = r.take<int32_t>();
+    }
     const int32_t children = ReadCount(s, 4, "Child shape");
     if (children || m_extras) readShapeNos(s, extras().childShapeNos, children);
     const int32_t linkLines = ReadCount(s, 4, "Link line");
@@ -196,12 +243,18 @@ void TMyShape::LoadFromStream(TStream& s) {
     readPoints(s, form, m_points, "Point");
     readPoints(s, form, m_linkPoints, "Link point");
 
+    // Text point, Tag and Angle.
     if (form == TCoordinateForm::Single) {
-        m_textPoint.x = ReadSingle(s);
-        m_textPoint.y = ReadSingle(s);
+        FieldRun r(s, 16);
+        m_textPoint.x = r.take<float>();
+        m_textPoint.y = r.take<float>();
+        SetTag(r.take<int32_t>());
+        m_angle = r.take<float>();
     } else if (form == TCoordinateForm::Extended) {
         m_textPoint.x = ReadExtended(s);
         m_textPoint.y = ReadExtended(s);
+        SetTag(ReadInt32(s));
+        m_angle = ReadExtended(s);
     } else if (version == V::XP2) {
         // Two 10-byte blocks; the first four bytes of each are the Single.
         for (float* coordinate : {&m_textPoint.x, &m_textPoint.y}) {
@@ -209,83 +262,95 @@ void TMyShape::LoadFromStream(TStream& s) {
             skipBytes(s, 6);
         }
     }
-    if (VersionFrom(version, V::XP3)) {
-        SetTag(ReadInt32(s));
-        m_angle = readCoordinate(s, form);
-    }
 
     std::unique_ptr<TBitmap> brushBitmap;
     ReadBitmapBuffer(s, brushBitmap);
-    const TColor brushColor = ReadColor(s);
-    const uint8_t brushStyle = ReadByte(s);
-    // A brush with a bitmap ignores its colour and style; ours have no
-    // bitmaps, so such a brush is read and stays as it was.
-    if (!brushBitmap) {
-        if (brushStyle > bsDiagCross)
-            throw EFileFormatError(QStringLiteral("Brush style %1 is not a known value").arg(brushStyle),
-                                   s.Position() - 1);
-        TBrush stored;
-        stored.SetColor(brushColor);
-        stored.SetStyle(TBrushStyle(brushStyle));
-        if (stored.Color() != m_brush.Color() || stored.Style() != m_brush.Style()) m_brush.Assign(stored);
+    {
+        FieldRun r(s, 5);
+        const TColor color = r.take<TColor>();
+        // A brush with a bitmap ignores its colour and style; ours have no
+        // bitmaps, so such a brush is read and stays as it was.
+        if (!brushBitmap) {
+            TBrush stored;
+            stored.SetColor(color);
+            stored.SetStyle(r.takeEnum(bsDiagCross, "Brush style"));
+            if (stored.Color() != m_brush.Color() || stored.Style() != m_brush.Style()) m_brush.Assign(stored);
+        }
     }
 
     const QString caption = ReadStr(s);
     if (!caption.isEmpty() || m_extras) extras().caption = caption;
-    m_colorBegin = ReadColor(s);
-    m_colorEnd = ReadColor(s);
+    {
+        FieldRun r(s, 8);
+        m_colorBegin = r.take<TColor>();
+        m_colorEnd = r.take<TColor>();
+    }
 
     TFont font;
-    font.SetName(ReadStr(s));
-    font.SetCharset(ReadByte(s));
-    font.SetColor(ReadColor(s));
-    ReadInt32(s);  // Height: the Size that follows wins, as it is set last
-    font.SetSize(ReadInt32(s));
-    font.SetPitch(readEnum(s, fpFixed, "Font pitch"));
-    ReadInt32(s);  // the writer's pixels per inch; sizes are in points
-    font.SetStyle(TFontStyles::FromBits(ReadByte(s)));
+    font.SetName(readRepeatedStr(s));
+    const int reserved = version != V::Unknown && version != V::XP7 ? 8 : 0;
+    {
+        FieldRun r(s, 19 + reserved + 1);
+        font.SetCharset(r.take<uint8_t>());
+        font.SetColor(r.take<TColor>());
+        r.take<int32_t>();  // Height: the Size that follows wins, as it is set last
+        font.SetSize(r.take<int32_t>());
+        font.SetPitch(r.takeEnum(fpFixed, "Font pitch"));
+        r.take<int32_t>();  // the writer's pixels per inch; sizes are in points
+        font.SetStyle(TFontStyles::FromBits(r.take<uint8_t>()));
+        r.skip(reserved);
+        m_gradientStyle = r.takeEnum(gsNone, "Gradient style");
+    }
     if (!sameFont(font, FontRef())) Font()->Assign(font);
-
-    if (version != V::Unknown && version != V::XP7) skipBytes(s, 8);
-    m_gradientStyle = readEnum(s, gsNone, "Gradient style");
     if (VersionBetween(version, V::XP2, V::XP5)) skipBytes(s, 2);
     m_info = ReadStr(s);
 
-    TPen pen;
-    pen.SetColor(ReadColor(s));
-    pen.SetMode(readEnum(s, pmNotXor, "Pen mode"));
-    pen.SetStyle(readEnum(s, psInsideFrame, "Pen style"));
-    pen.SetWidth(ReadInt32(s));
-    if (pen.Color() != m_pen.Color() || pen.Mode() != m_pen.Mode() || pen.Style() != m_pen.Style() ||
-        pen.Width() != m_pen.Width())
-        m_pen.Assign(pen);
+    {
+        FieldRun r(s, 10);
+        TPen pen;
+        pen.SetColor(r.take<TColor>());
+        pen.SetMode(r.takeEnum(pmNotXor, "Pen mode"));
+        pen.SetStyle(r.takeEnum(psInsideFrame, "Pen style"));
+        pen.SetWidth(r.take<int32_t>());
+        if (pen.Color() != m_pen.Color() || pen.Mode() != m_pen.Mode() || pen.Style() != m_pen.Style() ||
+            pen.Width() != m_pen.Width())
+            m_pen.Assign(pen);
+    }
 
     if (VersionFrom(version, V::XP8)) {
         const int32_t pairs = ReadCount(s, 8, "User data");
         if (pairs) extras().userData.ReadPairs(s, pairs);
     }
     if (VersionFrom(version, V::XP9)) {
-        m_isFlipHorz = readBool(s);
-        m_isFlipVert = readBool(s);
-        m_visible = readBool(s);
+        FieldRun r(s, 3);
+        m_isFlipHorz = r.takeBool();
+        m_isFlipVert = r.takeBool();
+        m_visible = r.takeBool();
     }
     if (VersionFrom(version, V::XPe)) {
         const int32_t lines = ReadCount(s, 4, "Caption line");
         if (lines) appendLines(s, extras().multiInfo, lines);
-        m_multiInfoAlignment = readEnum(s, taCenter, "Caption alignment");
     }
-    if (VersionFrom(version, V::XPh)) {
-        m_logHeight = ReadInt32(s);
-        m_logUse = readBool(s);
-        m_logWidth = ReadInt32(s);
-        m_locked = readBool(s);
-    }
-    if (version == V::XPj) {
-        m_penStyleEndCapType = readEnum(s, psectMASK, "Pen end cap");
-        m_penStyleJoinType = readEnum(s, psjtMASK, "Pen join");
-        m_hotShow = readBool(s);
-        m_resizeEnable = readBool(s);
-        m_rotateEnable = readBool(s);
+    // The fixed fields at the end: the caption lines' alignment, the log
+    // size and lock, and the pen geometry and mouse permissions.
+    const bool alignment = VersionFrom(version, V::XPe), log = VersionFrom(version, V::XPh),
+               lastFive = version == V::XPj;
+    if (alignment) {
+        FieldRun r(s, 1 + (log ? 10 : 0) + (lastFive ? 5 : 0));
+        m_multiInfoAlignment = r.takeEnum(taCenter, "Caption alignment");
+        if (log) {
+            m_logHeight = r.take<int32_t>();
+            m_logUse = r.takeBool();
+            m_logWidth = r.take<int32_t>();
+            m_locked = r.takeBool();
+        }
+        if (lastFive) {
+            m_penStyleEndCapType = r.takeEnum(psectMASK, "Pen end cap");
+            m_penStyleJoinType = r.takeEnum(psjtMASK, "Pen join");
+            m_hotShow = r.takeBool();
+            m_resizeEnable = r.takeBool();
+            m_rotateEnable = r.takeBool();
+        }
     }
     changed();
 }
@@ -302,10 +367,11 @@ void TMyLine::SaveToStream(TStream& s) {
 
 void TMyLine::LoadFromStream(TStream& s) {
     TMyShape::LoadFromStream(s);
-    m_arrowAngle = ReadInt32(s);
-    m_arrowLength = ReadByte(s);
-    m_arrowOffset = ReadByte(s);
-    m_arrowStyle = readEnum(s, ADouble, "Arrow style");
+    FieldRun r(s, 7);
+    m_arrowAngle = r.take<int32_t>();
+    m_arrowLength = r.take<uint8_t>();
+    m_arrowOffset = r.take<uint8_t>();
+    m_arrowStyle = r.takeEnum(ADouble, "Arrow style");
     changed();
 }
 
@@ -390,9 +456,10 @@ void TMyText::LoadFromStream(TStream& s) {
     m_isSolid = readBool(s);
     if (VersionFrom(recordVersion(this), TFileVersion::XPa)) {
         appendLines(s, m_lines, ReadCount(s, 4, "Text line"));
-        m_vAlignment = readEnum(s, jvCenter, "Vertical alignment");
-        m_hAlignment = readEnum(s, jhCenter, "Horizontal alignment");
-        m_wordWrap = readBool(s);
+        FieldRun r(s, 3);
+        m_vAlignment = r.takeEnum(jvCenter, "Vertical alignment");
+        m_hAlignment = r.takeEnum(jhCenter, "Horizontal alignment");
+        m_wordWrap = r.takeBool();
     }
     changed();
 }
