@@ -58,7 +58,10 @@ E readEnum(TStream& s, E last, const char* what) {
 // more than the fields.
 class FieldRun {
 public:
-    FieldRun(TStream& s, int size) : m_start(s.Position()) { s.ReadBuffer(m_bytes, size); }
+    FieldRun(TStream& s, int size) : m_start(s.Position()) {
+        Q_ASSERT(size <= int(sizeof m_bytes));
+        s.ReadBuffer(m_bytes, size);
+    }
     template <class T>
     T take() {
         T v;
