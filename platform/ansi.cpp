@@ -35,14 +35,14 @@ QByteArray ToAnsi(const QString& text) {
 }
 
 QString FromAnsi(const char* bytes, int length) {
-    QString out;
-    out.reserve(length);
+    if (length <= 0) return QString();
+    // Written in place: files hold many short strings, and appending one
+    // character at a time costs more than the conversion.
+    QString out(length, Qt::Uninitialized);
+    char16_t* d = reinterpret_cast<char16_t*>(out.data());
     for (int i = 0; i < length; ++i) {
         const auto b = uint8_t(bytes[i]);
-        if (b >= 0x80 && b <= 0x9F)
-            out.append(QChar(kHigh[b - 0x80] ? kHigh[b - 0x80] : char16_t(b)));
-        else
-            out.append(QChar(char16_t(b)));
+        d[i] = b >= 0x80 && b <= 0x9F && kHigh[b - 0x80] ? kHigh[b - 0x80] : char16_t(b);
     }
     return out;
 }

@@ -5,6 +5,7 @@
 
 #include <QBuffer>
 #include <QImageReader>
+#include <cstdlib>
 #include <cstring>
 
 namespace faroven {
@@ -180,6 +181,23 @@ void TBitmap::LoadFromStream(TStream& stream) {
     QByteArray data(int(fileSize), '\0');
     std::memcpy(data.data(), header, kFileHeaderSize);
     stream.ReadBuffer(data.data() + kFileHeaderSize, fileSize - kFileHeaderSize);
+
+    // An uncompressed image whose rows do not all fit in the file would be
+    // read with its missing rows left as whatever memory held: refused.
+    const auto* bytes = reinterpret_cast<const uint8_t*>(data.constData());
+    if (fileSize >= kFileHeaderSize + kInfoHeaderSize && getU32(bytes + 14) >= uint32_t(kInfoHeaderSize)) {
+        const int64_t width = int32_t(getU32(bytes + 18)), height = int32_t(getU32(bytes + 22));
+        const int64_t bitCount = bytes[28] | (bytes[29] << 8);
+        const uint32_t compression = getU32(bytes + 30);
+        const int64_t rowSize = (std::abs(width) * bitCount + 31) / 32 * 4;  // below 2^45: no overflow
+        const int64_t rows = std::abs(height);
+        const int64_t available = int64_t(fileSize) - int64_t(getU32(bytes + 10));
+        if ((compression == 0 || compression == 3) && rowSize > 0 && rows > 0 &&
+            (available < 0 || rows > available / rowSize))
+            throw EInvalidGraphic(
+                QStringLiteral("Bitmap image at position %1 is not valid: its pixels are shorter than its header says")
+                    .arg(start));
+    }
 
     QBuffer buffer(&data);
     buffer.open(QIODevice::ReadOnly);

@@ -36,12 +36,14 @@ void TBrush::Assign(const TPersistent* source) {
     TPersistent::Assign(source);
 }
 
+// Negated before rounding, so that sizes near the ends of the int range
+// (a corrupt file may hold any) clamp instead of overflowing.
 int TFont::Height() const {
-    return -Round(double(m_size) * ScreenPixelsPerInch() / 72.0);
+    return Round(-double(m_size) * ScreenPixelsPerInch() / 72.0);
 }
 
 void TFont::SetHeight(int v) {
-    SetSize(-Round(double(v) * 72.0 / ScreenPixelsPerInch()));
+    SetSize(Round(-double(v) * 72.0 / ScreenPixelsPerInch()));
 }
 
 void TFont::Assign(const TPersistent* source) {

@@ -99,7 +99,7 @@ void buildSample(TMyCAD& cad) {
     TMyLinkPoint* b = AddRect<TMyLinkPoint>(cad, 260, 60, 268, 68);
     a->AddLinkPoint({204, 14});
     b->AddLinkPoint({264, 64});
-    TMyLine* line = AddJoiningLine(cad, a, b);
+    TMyLine* line = AddJoiningLine<TMyLinkLine>(cad, a, b);  // its record keeps the ends
     line->SetArrowStyle(ARight);
     TMyRectangle* m1 = AddRect(cad, 300, 10, 320, 30);
     TMyRectangle* m2 = AddRect(cad, 330, 10, 350, 30);
@@ -433,7 +433,9 @@ TEST(DrawingBlocks, MergeKeepsTheDrawingAndOnlyEnlargesIt) {
     for (int i = 1; i < cad.GetShapesCount(); ++i) EXPECT_EQ(cad.GetShapeByNo(i)->LayerId(), 1);
     ExpectIntact(cad);
     // The block's link line still joins its two link points.
-    const auto* line = shape_cast<TMyLine>(cad.GetShapeByNo(1 + 10));
+    const TMyLinkLine* line = nullptr;
+    for (int i = 1; i < cad.GetShapesCount(); ++i)
+        if (auto* l = shape_cast<TMyLinkLine>(cad.GetShapeByNo(i))) line = l;
     ASSERT_NE(line, nullptr);
     EXPECT_EQ(cad.GetShapeByNo(line->StartSpNo())->kind(), TShapeKind::LinkPoint);
 }
@@ -446,7 +448,7 @@ TEST(Clipboard, CopyPasteMakesNewShapesBesideTheOriginals) {
     TMyLinkPoint* b = AddRect<TMyLinkPoint>(cad, 100, 100, 108, 108);
     a->AddLinkPoint({4, 4});
     b->AddLinkPoint({104, 104});
-    AddJoiningLine(cad, a, b);
+    AddJoiningLine<TMyLinkLine>(cad, a, b);
     TMyRectangle* alone = AddRect(cad, 200, 0, 240, 30);
     for (TMyShape* s : {static_cast<TMyShape*>(a), static_cast<TMyShape*>(b), cad.GetShapeByNo(2)})
         cad.AddWorkingShapes(s);
@@ -467,7 +469,7 @@ TEST(Clipboard, CopyPasteMakesNewShapesBesideTheOriginals) {
     }
     // Moved aside, the copy of the line joining the copies of its ends.
     EXPECT_EQ(cad.GetShapeByNo(4)->GetPoint(0).x, a->GetPoint(0).x + 10);
-    const auto* line = shape_cast<TMyLine>(cad.GetShapeByNo(6));
+    const auto* line = shape_cast<TMyLinkLine>(cad.GetShapeByNo(6));
     ASSERT_NE(line, nullptr);
     EXPECT_EQ(line->StartSpNo(), 4);
     EXPECT_EQ(line->EndSpNo(), 5);

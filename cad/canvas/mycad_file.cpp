@@ -18,6 +18,7 @@
 #include <QFile>
 #include <QSaveFile>
 #include <algorithm>
+#include <cstring>
 
 namespace faroven {
 
@@ -213,10 +214,18 @@ TMyCAD::DrawingImage TMyCAD::readDrawing(TStream& stream) {
         image.shapes.reserve(size_t(shapeCount));
         std::vector<int64_t> starts;
         starts.reserve(size_t(shapeCount));
+        // Class names repeat from shape to shape: the same field bytes as the
+        // last shape's reuse its name instead of converting them again.
+        char lastField[kClassNameWidth] = {};
         for (shapeIndex = 0; shapeIndex < shapeCount; ++shapeIndex) {
             shapeStart = stream.Position();
             starts.push_back(shapeStart);
-            className = ReadText(stream, kClassNameWidth);
+            char field[kClassNameWidth];
+            stream.ReadBuffer(field, kClassNameWidth);
+            if (shapeIndex == 0 || std::memcmp(field, lastField, kClassNameWidth) != 0) {
+                className = FromAnsi(field, kClassNameWidth).trimmed();
+                std::memcpy(lastField, field, kClassNameWidth);
+            }
             std::unique_ptr<TMyShape> shape(CreateShapeByName(className));
             if (!shape) throw EFileFormatError(QStringLiteral("Unknown shape class \"%1\"").arg(className), shapeStart);
             shape->LoadFromStream(stream);

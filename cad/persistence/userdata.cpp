@@ -64,14 +64,12 @@ void TUserData::SaveToStream(TStream& stream) const {
 }
 
 void TUserData::LoadFromStream(TStream& stream) {
-    const int64_t start = stream.Position();
-    const int32_t count = ReadInt32(stream);
-    // Every pair takes at least 8 bytes, so a count the stream cannot hold is corrupt.
-    if (count < 0 || int64_t(count) * 8 > stream.Size() - stream.Position())
-        throw EReadError(QStringLiteral("User data at position %1 claims %2 pairs, which the stream cannot hold")
-                             .arg(start).arg(count));
-    std::vector<TUserDataRecord> saved = m_records;
-    m_records.clear();
+    // Every pair takes at least its two 4-byte lengths.
+    ReadPairs(stream, ReadCount(stream, 8, "User data"));
+}
+
+void TUserData::ReadPairs(TStream& stream, int32_t count) {
+    const size_t before = m_records.size();
     try {
         for (int32_t i = 0; i < count; ++i) {
             const QString key = ReadStr(stream);
@@ -79,7 +77,7 @@ void TUserData::LoadFromStream(TStream& stream) {
             AddKeyandValue(key, value);
         }
     } catch (...) {
-        m_records = std::move(saved);
+        m_records.resize(before);
         throw;
     }
 }

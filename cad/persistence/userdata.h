@@ -40,8 +40,15 @@ public:
     // Stream form: Int32 count, then key and value of each pair as length-prefixed
     // 8-bit text (lengths modulo 256). Reading appends with AddKeyandValue, so a
     // stored duplicate key is dropped and the first occurrence wins.
+    // A count that is negative reads as none; one the rest of the stream
+    // cannot hold raises EFileFormatError. A read that fails leaves the pairs
+    // as they were.
     void SaveToStream(TStream& stream) const;
     void LoadFromStream(TStream& stream);
+    // The pairs after a count already read (and checked with ReadCount),
+    // appended as LoadFromStream does. Shape records use it so that a shape
+    // without user data creates none.
+    void ReadPairs(TStream& stream, int32_t count);
 
     friend bool operator==(const TUserData& a, const TUserData& b) { return a.m_records == b.m_records; }
 

@@ -71,6 +71,10 @@ public:
     // fewer than three points, the points themselves.
     TArrMyPoint Outline() const;
 
+    // The record: the parent's, then ArcMode and ArcStyle.
+    void LoadFromStream(TStream& stream) override;
+    void SaveToStream(TStream& stream) override;
+
 protected:
     void assignOwnFields(const TMyShape* source, bool withRelations) override;
 

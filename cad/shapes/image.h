@@ -71,6 +71,10 @@ public:
     // "Image: 64 x 48 pixels, width 16.93 mm, height 12.70 mm, angle 0.0°".
     QString GetInfo() override;
 
+    // The record: the parent's, then the bitmap and, by version, the effects and the transparency.
+    void LoadFromStream(TStream& stream) override;
+    void SaveToStream(TStream& stream) override;
+
 protected:
     // Every field, the bitmap included.
     void assignOwnFields(const TMyShape* source, bool withRelations) override;

@@ -94,6 +94,10 @@ public:
     // whose shape went is detached (number and link point -1).
     void remapShapeNos(const std::vector<int>& oldToNew) override;
 
+    // The record: the parent's, then ArrowAngle, ArrowLength, ArrowOffset and ArrowStyle.
+    void LoadFromStream(TStream& stream) override;
+    void SaveToStream(TStream& stream) override;
+
 protected:
     // Segments and arrow heads (steps 1 to 3 of Draw).
     void drawLineAndArrows(TCanvas* canvas);
@@ -155,6 +159,10 @@ public:
     QString LabelText();
     // Half the length of an end tick in pixels at the current zoom.
     int TickHalfLength() const;
+
+    // The record: the parent's, then ShowUserInfo, TickStyle and UserInfo.
+    void LoadFromStream(TStream& stream) override;
+    void SaveToStream(TStream& stream) override;
 
 protected:
     void assignOwnFields(const TMyShape* source, bool withRelations) override;

@@ -46,6 +46,11 @@ public:
     // 0 for the start, the last index for the end, or -1.
     int InWhichHot(TPoint point) override;
 
+    // The record: the parent's, then the two ends' shape and link-point numbers and, from "XP.5"
+    // on, LinkLineDrawStyle.
+    void LoadFromStream(TStream& stream) override;
+    void SaveToStream(TStream& stream) override;
+
 protected:
     void assignOwnFields(const TMyShape* source, bool withRelations) override;
 

@@ -53,6 +53,10 @@ public:
     // Makes the centre of the frame the one link point.
     void placeLinkPoints();
 
+    // The record: the parent's, then Size (stored as it is: the frame is not rebuilt).
+    void LoadFromStream(TStream& stream) override;
+    void SaveToStream(TStream& stream) override;
+
 protected:
     void assignOwnFields(const TMyShape* source, bool withRelations) override;
 

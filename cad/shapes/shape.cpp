@@ -307,9 +307,6 @@ int TMyShape::InWhichHot(TPoint) {
 
 bool TMyShape::IsClickedMe(TCanvas*, TPoint) { return false; }
 
-void TMyShape::LoadFromStream(TStream&) {}
-void TMyShape::SaveToStream(TStream&) {}
-
 // ---- Points -----------------------------------------------------------------------------
 
 void TMyShape::AddPoint(TMyPoint p) {

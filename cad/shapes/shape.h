@@ -249,7 +249,14 @@ public:
     virtual int InWhichHot(TPoint point);
     // Hit test at a pixel point; the base is never hit.
     virtual bool IsClickedMe(TCanvas* canvas, TPoint point);
-    // The shape's record in a stream (filled in by the file format).
+    // The shape's binary record (shape_records.cpp has the layout). Saving
+    // always writes the newest layout, "XP.j"; loading reads the layout of
+    // the canvas's DiskFileVersion ("XP.j" without a canvas), leaves the
+    // fields that version lacks as they are, and does not compute the centre
+    // point (the caller does, once the record is read). A short stream raises
+    // EReadError, a count or value that cannot be right EFileFormatError; the
+    // shape is then partly loaded. Subclasses with fields of their own call
+    // the parent's first, then read or write their tail.
     virtual void LoadFromStream(TStream& stream);
     virtual void SaveToStream(TStream& stream);
 

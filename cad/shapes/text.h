@@ -73,6 +73,11 @@ public:
     // at every zoom.
     QStringList LayoutRows(double frameWidth) const;
 
+    // The record: the parent's, then IsBorder, IsSolid and, from "XP.a" on, Lines, VAlignment,
+    // HAlignment and WordWrap.
+    void LoadFromStream(TStream& stream) override;
+    void SaveToStream(TStream& stream) override;
+
 protected:
     void assignOwnFields(const TMyShape* source, bool withRelations) override;
 

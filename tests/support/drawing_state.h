@@ -37,8 +37,10 @@ inline std::string DrawingState(const TMyCAD& cad) {
 }
 
 // A line from a to b whose ends are attached to them, both sides recorded.
-inline TMyLine* AddJoiningLine(TMyCAD& cad, TMyShape* a, TMyShape* b) {
-    auto* line = new TMyLine(&cad);
+// Line is TMyLine or a descendant; only a TMyLinkLine's record keeps its ends.
+template <class Line = TMyLine>
+Line* AddJoiningLine(TMyCAD& cad, TMyShape* a, TMyShape* b) {
+    auto* line = new Line(&cad);
     line->AddPoint(a->GetCenterPoint());
     line->AddPoint(b->GetCenterPoint());
     cad.AddNewShape(line);
