@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QClipboard>
 #include <QMainWindow>
 #include <QMenuBar>
 #include <QStyle>
@@ -59,6 +60,31 @@ EditActions::EditActions(TMyCAD* cad, QMainWindow* window) : QObject(window), m_
     });
     menu->addSeparator();
 
+    // The clipboard is the system's: shapes copied in one editor window paste
+    // into another, and other programs get pictures.
+    m_cut = menu->addAction(tr("Cu&t"));
+    m_cut->setShortcut(QKeySequence::Cut);
+    m_cut->setToolTip(tr("Move the selected shapes to the clipboard (locked ones stay)"));
+    connect(m_cut, &QAction::triggered, this, [this] {
+        m_cad->Cut();
+        emit changed();
+    });
+    m_copy = menu->addAction(tr("&Copy"));
+    m_copy->setShortcut(QKeySequence::Copy);
+    connect(m_copy, &QAction::triggered, this, [this] {
+        m_cad->Copy();
+        emit changed();
+    });
+    m_paste = menu->addAction(tr("&Paste"));
+    m_paste->setShortcut(QKeySequence::Paste);
+    m_paste->setToolTip(tr("Insert the shapes on the clipboard into the current layer"));
+    connect(m_paste, &QAction::triggered, this, [this] {
+        m_cad->Paste();
+        emit changed();
+    });
+    // Another window or program may fill or empty the clipboard at any time.
+    connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, &EditActions::update);
+
     m_delete = menu->addAction(style->standardIcon(QStyle::SP_TrashIcon), tr("&Delete"));
     m_delete->setShortcut(QKeySequence::Delete);
     m_delete->setToolTip(tr("Delete the selected shapes (locked ones stay)"));
@@ -102,7 +128,11 @@ void EditActions::update() {
     m_redo->setText(redoPhrase.isEmpty() ? tr("&Redo") : tr("&Redo %1").arg(redoPhrase));
 
     const std::vector<TMyShape*>& selected = m_cad->WorkingShapes();
-    m_delete->setEnabled(std::any_of(selected.begin(), selected.end(), [](TMyShape* s) { return !s->Locked(); }));
+    const bool anyUnlocked = std::any_of(selected.begin(), selected.end(), [](TMyShape* s) { return !s->Locked(); });
+    m_delete->setEnabled(anyUnlocked);
+    m_cut->setEnabled(anyUnlocked);
+    m_copy->setEnabled(!selected.empty());
+    m_paste->setEnabled(TMyCAD::CanPaste());
     m_selectNone->setEnabled(!selected.empty());
     const std::vector<TMyShape*>& shapes = m_cad->MyShapes();
     m_selectAll->setEnabled(std::any_of(shapes.begin(), shapes.end(), [this](TMyShape* s) {
