@@ -6,6 +6,7 @@
 #include "cad/canvas/mycad.h"
 
 #include <QObject>
+#include <functional>
 
 class QAction;
 class QMainWindow;
@@ -30,8 +31,11 @@ signals:
 private:
     void selectAll();
     void selectNone();
+    // Runs a cut, copy or paste; an error is shown under the title.
+    void runClipboardCommand(const QString& title, const std::function<void()>& command);
 
     faroven::TMyCAD* m_cad;
+    QMainWindow* m_window;
     QAction* m_undo = nullptr;
     QAction* m_redo = nullptr;
     QAction* m_delete = nullptr;
