@@ -21,6 +21,7 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QTemporaryDir>
+#include <functional>
 #include <gtest/gtest.h>
 
 using namespace faroven;
@@ -277,6 +278,34 @@ TEST(DrawingBadInput, AbsurdCountsAndUnknownClassesAreRejectedAtOnce) {
         }
         EXPECT_EQ(cad.GetLayersCount(), 1);
     }
+}
+
+// Relations that no drawing has are refused before they can mislead painting.
+TEST(DrawingBadInput, RelationsMustHangTogether) {
+    const auto refusal = [](const std::function<void(TMyCAD&, TMyShape*, TMyShape*)>& spoil) {
+        TMyCAD cad;
+        TMyShape* a = AddRect(cad, 0, 0, 5, 5);
+        TMyShape* b = AddRect(cad, 10, 0, 15, 5);
+        spoil(cad, a, b);
+        TMyCAD other;
+        try {
+            load(other, bytesOf(cad));
+        } catch (const EFileFormatError& e) {
+            return e.Message().toStdString();
+        }
+        return std::string("loaded");
+    };
+    EXPECT_EQ(refusal([](TMyCAD&, TMyShape* a, TMyShape* b) {
+                  a->SetParentShapeNo(1);
+                  b->SetParentShapeNo(0);
+              }).substr(0, 24),
+              "Shape 0 is inside itself");
+    EXPECT_NE(refusal([](TMyCAD&, TMyShape* a, TMyShape*) { a->SetChildShapeNos({1}); }).find("as a member"),
+              std::string::npos);
+    EXPECT_NE(refusal([](TMyCAD&, TMyShape*, TMyShape* b) { b->SetParentShapeNo(7); }).find("no valid group"),
+              std::string::npos);
+    EXPECT_NE(refusal([](TMyCAD&, TMyShape* a, TMyShape*) { a->SetShapeNo(4); }).find("stored as number 4"),
+              std::string::npos);
 }
 
 // Inputs stored from fuzzing, and the seeds, through the fuzz targets' checks.
