@@ -15,8 +15,8 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QStatusBar>
-#include <QTimer>
 #include <QScrollBar>
+#include <QTimer>
 #include <QToolBar>
 #include <algorithm>
 
