@@ -27,6 +27,9 @@ void CanvasMenu::popUp(const QPoint& pos) {
     menu.addAction(m_edit->undoAction());
     menu.addAction(m_edit->redoAction());
     menu.addSeparator();
+    menu.addAction(m_edit->cutAction());
+    menu.addAction(m_edit->copyAction());
+    menu.addAction(m_edit->pasteAction());
     menu.addAction(m_edit->deleteAction());
     menu.addSeparator();
     QMenu* arrange = menu.addMenu(tr("Arrange"));

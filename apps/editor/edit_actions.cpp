@@ -2,8 +2,10 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QClipboard>
 #include <QMainWindow>
 #include <QMenuBar>
+#include <QMessageBox>
 #include <QStyle>
 #include <QToolBar>
 #include <algorithm>
@@ -35,7 +37,7 @@ QString undoStepPhrase(const QString& action) {
 }
 }  // namespace
 
-EditActions::EditActions(TMyCAD* cad, QMainWindow* window) : QObject(window), m_cad(cad) {
+EditActions::EditActions(TMyCAD* cad, QMainWindow* window) : QObject(window), m_cad(cad), m_window(window) {
     QMenu* menu = window->menuBar()->addMenu(tr("&Edit"));
     QToolBar* bar = window->addToolBar(tr("Edit"));
     bar->setObjectName("Edit");
@@ -59,6 +61,23 @@ EditActions::EditActions(TMyCAD* cad, QMainWindow* window) : QObject(window), m_
     });
     menu->addSeparator();
 
+    // The clipboard is the system's: shapes copied in one editor window paste
+    // into another, and other programs get pictures.
+    m_cut = menu->addAction(tr("Cu&t"));
+    m_cut->setShortcut(QKeySequence::Cut);
+    m_cut->setToolTip(tr("Move the selected shapes to the clipboard (locked ones stay)"));
+    connect(m_cut, &QAction::triggered, this, [this] { runClipboardCommand(tr("Cut"), [this] { m_cad->Cut(); }); });
+    m_copy = menu->addAction(tr("&Copy"));
+    m_copy->setShortcut(QKeySequence::Copy);
+    connect(m_copy, &QAction::triggered, this, [this] { runClipboardCommand(tr("Copy"), [this] { m_cad->Copy(); }); });
+    m_paste = menu->addAction(tr("&Paste"));
+    m_paste->setShortcut(QKeySequence::Paste);
+    m_paste->setToolTip(tr("Insert the shapes on the clipboard into the current layer"));
+    connect(m_paste, &QAction::triggered, this,
+            [this] { runClipboardCommand(tr("Paste"), [this] { m_cad->Paste(); }); });
+    // Another window or program may fill or empty the clipboard at any time.
+    connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, &EditActions::update);
+
     m_delete = menu->addAction(style->standardIcon(QStyle::SP_TrashIcon), tr("&Delete"));
     m_delete->setShortcut(QKeySequence::Delete);
     m_delete->setToolTip(tr("Delete the selected shapes (locked ones stay)"));
@@ -77,6 +96,17 @@ EditActions::EditActions(TMyCAD* cad, QMainWindow* window) : QObject(window), m_
 
     for (QAction* a : {m_undo, m_redo, m_delete}) bar->addAction(a);
     update();
+}
+
+// Clipboard data may come from another program or another version and be
+// damaged: the canvas then raises an error and stays as it was.
+void EditActions::runClipboardCommand(const QString& title, const std::function<void()>& command) {
+    try {
+        command();
+    } catch (const Exception& error) {
+        QMessageBox::warning(m_window, title, error.Message());
+    }
+    emit changed();
 }
 
 // Every shape the mouse could pick by itself: root shapes that are visible
@@ -102,7 +132,11 @@ void EditActions::update() {
     m_redo->setText(redoPhrase.isEmpty() ? tr("&Redo") : tr("&Redo %1").arg(redoPhrase));
 
     const std::vector<TMyShape*>& selected = m_cad->WorkingShapes();
-    m_delete->setEnabled(std::any_of(selected.begin(), selected.end(), [](TMyShape* s) { return !s->Locked(); }));
+    const bool anyUnlocked = std::any_of(selected.begin(), selected.end(), [](TMyShape* s) { return !s->Locked(); });
+    m_delete->setEnabled(anyUnlocked);
+    m_cut->setEnabled(anyUnlocked);
+    m_copy->setEnabled(!selected.empty());
+    m_paste->setEnabled(TMyCAD::CanPaste());
     m_selectNone->setEnabled(!selected.empty());
     const std::vector<TMyShape*>& shapes = m_cad->MyShapes();
     m_selectAll->setEnabled(std::any_of(shapes.begin(), shapes.end(), [this](TMyShape* s) {

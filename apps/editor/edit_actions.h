@@ -1,10 +1,12 @@
 // The editor's Edit menu and tool bar: undo and redo (their texts name the
-// step they act on), deleting the selection, and selecting all or nothing.
+// step they act on), cut, copy and paste through the system clipboard,
+// deleting the selection, and selecting all or nothing.
 #pragma once
 
 #include "cad/canvas/mycad.h"
 
 #include <QObject>
+#include <functional>
 
 class QAction;
 class QMainWindow;
@@ -18,6 +20,9 @@ public:
     QAction* undoAction() const { return m_undo; }
     QAction* redoAction() const { return m_redo; }
     QAction* deleteAction() const { return m_delete; }
+    QAction* cutAction() const { return m_cut; }
+    QAction* copyAction() const { return m_copy; }
+    QAction* pasteAction() const { return m_paste; }
 
 signals:
     // One of these actions changed the drawing or the selection.
@@ -26,11 +31,17 @@ signals:
 private:
     void selectAll();
     void selectNone();
+    // Runs a cut, copy or paste; an error is shown under the title.
+    void runClipboardCommand(const QString& title, const std::function<void()>& command);
 
     faroven::TMyCAD* m_cad;
+    QMainWindow* m_window;
     QAction* m_undo = nullptr;
     QAction* m_redo = nullptr;
     QAction* m_delete = nullptr;
+    QAction* m_cut = nullptr;
+    QAction* m_copy = nullptr;
+    QAction* m_paste = nullptr;
     QAction* m_selectAll = nullptr;
     QAction* m_selectNone = nullptr;
 };

@@ -102,6 +102,8 @@ void LayerPanel::addLayer() {
     }
     if (m_cad->NewLayer(name, true) < 0)
         QMessageBox::warning(this, tr("Layers"), tr("A drawing holds at most 255 layers."));
+    else
+        emit edited();
     refresh();
 }
 
@@ -123,13 +125,15 @@ void LayerPanel::deleteLayer() {
         return;
     }
     m_cad->DeleteLayerByID(id);
+    emit edited();
     refresh();
 }
 
 void LayerPanel::makeCurrent() {
     const int id = selectedLayerId();
-    if (id < 0) return;
+    if (id < 0 || id == m_cad->CurrentLayerId()) return;
     m_cad->SetCurrentLayerId(id);
+    emit edited();
     refresh();
 }
 
@@ -142,6 +146,7 @@ void LayerPanel::itemChanged(QListWidgetItem* item) {
             m_cad->VisibleLayerByID(id);
         else
             m_cad->InVisibleLayerByID(id);
+        emit edited();
     }
     const QString name = item->text().trimmed();
     if (name != m_cad->GetLayerNameByID(id)) {
@@ -149,6 +154,8 @@ void LayerPanel::itemChanged(QListWidgetItem* item) {
             QMessageBox::warning(this, tr("Rename layer"), tr("A layer needs a name."));
         else if (!m_cad->SetLayerNameByID(id, name))
             QMessageBox::warning(this, tr("Rename layer"), tr("Another layer is already called \"%1\".").arg(name));
+        else
+            emit edited();
     }
     scheduleRefresh();
 }

@@ -20,6 +20,10 @@ public:
 signals:
     // The list was rebuilt after the layers changed (here or elsewhere).
     void layersChanged();
+    // The user changed the layers here (added, deleted, renamed, shown,
+    // hidden or made one current): the drawing has a change the undo
+    // history does not record.
+    void edited();
 
 private:
     void addLayer();

@@ -1,5 +1,6 @@
-// faroven-editor: the demo editor. With --screenshot FILE it paints its window
-// once, saves the picture and exits (used where there is no display).
+// faroven-editor: the demo editor. A file argument opens that drawing at
+// start. With --screenshot FILE it paints its window once, saves the picture
+// and exits (used where there is no display).
 #include "main_window.h"
 
 #include <QApplication>
@@ -10,6 +11,8 @@
 int main(int argc, char** argv) {
     QApplication app(argc, argv);
     QApplication::setApplicationName("faroven-editor");
+    // The recent files are kept in the settings under these names.
+    QApplication::setOrganizationName("Faroven");
     QCommandLineParser parser;
     parser.setApplicationDescription("Faroven demo editor");
     parser.addHelpOption();
@@ -19,11 +22,15 @@ int main(int argc, char** argv) {
     parser.addOption(zoom);
     QCommandLineOption empty("empty", "Start with an empty page instead of the sample drawing.");
     parser.addOption(empty);
+    parser.addPositionalArgument("drawing", "The drawing (.fvd) to open.", "[drawing]");
     parser.process(app);
+    const QString drawing = parser.positionalArguments().value(0);
 
-    MainWindow window(parser.isSet(empty));
-    window.setZoom(parser.value(zoom).toDouble() > 0 ? parser.value(zoom).toDouble() : 1.0);
+    // A drawing to open replaces the sample; should it fail, the page is empty.
+    MainWindow window(parser.isSet(empty) || !drawing.isEmpty());
+    window.setStartZoom(parser.value(zoom).toDouble() > 0 ? parser.value(zoom).toDouble() : 1.0);
     window.show();
+    if (!drawing.isEmpty()) window.openFile(drawing);
     if (parser.isSet(screenshot)) {
         const QString file = parser.value(screenshot);
         QTimer::singleShot(200, [&] {

@@ -3,6 +3,7 @@
 #include "arrange_actions.h"
 #include "canvas_menu.h"
 #include "edit_actions.h"
+#include "file_actions.h"
 #include "layer_panel.h"
 #include "ruler_frame.h"
 #include "sample_drawing.h"
@@ -10,12 +11,14 @@
 #include "view_controls.h"
 
 #include <QAction>
-#include <algorithm>
+#include <QCloseEvent>
 #include <QLabel>
 #include <QMenuBar>
 #include <QStatusBar>
+#include <QScrollBar>
 #include <QTimer>
 #include <QToolBar>
+#include <algorithm>
 
 using namespace faroven;
 
@@ -31,7 +34,6 @@ void chain(Handler& handler, const std::function<void()>& after) {
 }  // namespace
 
 MainWindow::MainWindow(bool empty, QWidget* parent) : QMainWindow(parent) {
-    setWindowTitle(tr("Faroven editor"));
     m_cad = new TMyCAD();
     // Undoing an ungrouping brings the group back as it was, caption and all.
     m_cad->SetUndoRestoresWholeGroup(true);
@@ -40,7 +42,8 @@ MainWindow::MainWindow(bool empty, QWidget* parent) : QMainWindow(parent) {
     m_frame = new RulerFrame(m_cad, this);
     setCentralWidget(m_frame);
 
-    // The Edit menu comes first in the menu bar.
+    // The File and Edit menus come first in the menu bar.
+    m_file = new FileActions(m_cad, this);
     m_edit = new EditActions(m_cad, this);
     QToolBar* view = addToolBar(tr("View"));
     QMenu* viewMenu = menuBar()->addMenu(tr("&View"));
@@ -56,12 +59,16 @@ MainWindow::MainWindow(bool empty, QWidget* parent) : QMainWindow(parent) {
         view->addAction(a);
         viewMenu->addAction(a);
     }
-    if (!empty) AddSampleDrawing(m_cad);
-    auto layers = new LayerPanel(m_cad, this);
-    addDockWidget(Qt::RightDockWidgetArea, layers);
-    auto viewControls = new ViewControls(m_cad, this);
+    if (!empty) {
+        AddSampleDrawing(m_cad);
+        // The sample is where the editor starts, not a change to save.
+        m_file->markSaved();
+    }
+    m_layers = new LayerPanel(m_cad, this);
+    addDockWidget(Qt::RightDockWidgetArea, m_layers);
+    m_viewControls = new ViewControls(m_cad, this);
     m_arrange = new ArrangeActions(m_cad, this);
-    addOptionsMenu(viewControls);
+    addOptionsMenu(m_viewControls);
     m_palette = new ToolPalette(m_cad, this);
     addToolBar(Qt::LeftToolBarArea, m_palette);
     addStatusLabels();
@@ -72,7 +79,19 @@ MainWindow::MainWindow(bool empty, QWidget* parent) : QMainWindow(parent) {
     connect(m_arrange, &ArrangeActions::changed, this, &MainWindow::updateActions);
     connect(canvasMenu, &CanvasMenu::selectionChanged, this, &MainWindow::updateActions);
     hookCanvasEvents();
-    connect(layers, &LayerPanel::layersChanged, this, &MainWindow::layersChanged);
+    connect(m_layers, &LayerPanel::layersChanged, this, &MainWindow::layersChanged);
+    // Layer and page changes are not undo steps, but they are unsaved changes.
+    connect(m_layers, &LayerPanel::edited, this, [this] {
+        m_file->markModified();
+        updateActions();
+    });
+    connect(m_viewControls, &ViewControls::drawingEdited, this, [this] {
+        m_file->markModified();
+        updateActions();
+    });
+    connect(m_file, &FileActions::changed, this, &MainWindow::updateActions);
+    connect(m_file, &FileActions::drawingReplaced, this, &MainWindow::drawingReplaced);
+    m_cad->installEventFilter(this);
     updateActions();
     setZoom(1.0);
     // Tall enough for the whole tool palette beside the canvas.
@@ -80,8 +99,47 @@ MainWindow::MainWindow(bool empty, QWidget* parent) : QMainWindow(parent) {
 }
 
 void MainWindow::updateActions() {
+    m_file->update();
     m_edit->update();
     m_arrange->update();
+    updateTitle();
+}
+
+void MainWindow::updateTitle() {
+    // Qt shows "*" in place of "[*]" while the window is modified.
+    setWindowTitle(tr("%1[*] — Faroven editor").arg(m_file->document().displayName()));
+    setWindowModified(m_file->document().isModified());
+}
+
+bool MainWindow::openFile(const QString& fileName) { return m_file->openFile(fileName); }
+
+void MainWindow::setStartZoom(double zoom) {
+    m_startZoom = zoom;
+    setZoom(zoom);
+}
+
+void MainWindow::drawingReplaced() {
+    setZoom(m_startZoom);
+    m_frame->ScrollArea()->horizontalScrollBar()->setValue(0);
+    m_frame->ScrollArea()->verticalScrollBar()->setValue(0);
+    m_layers->refresh();
+    m_viewControls->sync();
+    m_frame->UpdateRulers();
+    updateActions();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    if (m_file->maySaveOrDiscard())
+        event->accept();
+    else
+        event->ignore();
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+    // The canvas handles the event after this filter: look once it is done.
+    if (watched == m_cad && (event->type() == QEvent::MouseButtonRelease || event->type() == QEvent::KeyPress))
+        scheduleUpdate();
+    return QMainWindow::eventFilter(watched, event);
 }
 
 // A shape on a layer just hidden (or, unless OperateAllLayer, no longer the

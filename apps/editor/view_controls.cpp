@@ -29,15 +29,21 @@ ViewControls::ViewControls(TMyCAD* cad, QMainWindow* window) : QObject(window), 
     for (const char* name : kPageNames) m_page->addItem(name);
     m_page->setToolTip(tr("Page size"));
     connect(m_page, &QComboBox::activated, this, [this](int index) {
-        if (index < int(CustomerPage)) m_cad->SetPageStyle(TPageStyle(index));
+        if (index < int(CustomerPage) && index != int(m_cad->PageStyle())) {
+            m_cad->SetPageStyle(TPageStyle(index));
+            emit drawingEdited();
+        }
         sync();
     });
     m_orientation = new QComboBox(bar);
     m_orientation->addItems({tr("Portrait"), tr("Landscape")});
     connect(m_orientation, &QComboBox::activated, this, [this](int index) {
+        const TPrinterOrientation orientation = index == 1 ? poLandscape : poPortrait;
+        if (orientation == m_cad->PageOrientation()) return;
         // The orientation is applied by setting the page style again.
-        m_cad->SetPageOrientation(index == 1 ? poLandscape : poPortrait);
+        m_cad->SetPageOrientation(orientation);
         m_cad->SetPageStyle(m_cad->PageStyle());
+        emit drawingEdited();
         sync();
     });
     bar->addWidget(new QLabel(tr(" Page "), bar));
@@ -78,7 +84,11 @@ ViewControls::ViewControls(TMyCAD* cad, QMainWindow* window) : QObject(window), 
     m_unit = new QComboBox(bar);
     for (const char* name : kUnitNames) m_unit->addItem(name);
     m_unit->setToolTip(tr("Unit of measure"));
-    connect(m_unit, &QComboBox::activated, this, [this](int index) { m_cad->SetUnit(TUnits(index)); });
+    connect(m_unit, &QComboBox::activated, this, [this](int index) {
+        if (TUnits(index) == m_cad->TheUNIT()) return;
+        m_cad->SetUnit(TUnits(index));
+        emit drawingEdited();
+    });
     bar->addSeparator();
     bar->addWidget(m_unit);
 

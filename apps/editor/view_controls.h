@@ -25,6 +25,11 @@ public:
     QAction* snapAction() const { return m_snap; }
     QAction* snapShapeAction() const { return m_snapShape; }
 
+signals:
+    // The page size, orientation or unit changed: they are saved with the
+    // drawing, but the undo history does not record them.
+    void drawingEdited();
+
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
