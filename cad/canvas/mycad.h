@@ -49,6 +49,7 @@
 
 namespace faroven {
 
+class TLibManager;
 class TMyLine;
 class TTextInputBox;
 
@@ -275,6 +276,10 @@ public:
     QString DiskFileVersion() const { return m_diskFileVersion; }
     void SetDiskFileVersion(const QString& v);
     TFileVersion DiskFileVersionCode() const { return m_fileVersion; }
+    // The layout the shapes write their records in: "XP.j" unless a library
+    // upgrade writes an older one (XP.6 and later only; others are ignored).
+    TFileVersion RecordWriteVersion() const { return m_writeVersion; }
+    void SetRecordWriteVersion(TFileVersion v);
     double PreZoom() const { return m_preZoom; }
     TActionTools Action() const { return m_action; }
     void SetAction(TActionTools v) { m_action = v; }
@@ -785,6 +790,15 @@ public:
     bool PasteforBlock();
     // Inserts a drawing file as a block (LoadFromStreamforBlock, PasteforBlock).
     bool AddBlockfromZEMAFile(const QString& fileName, TBlockLayerMode mode = Merge);
+    // Inserts the library entry of that name as one TMyCombine whose frame
+    // is width by height drawing units with its top-left corner at topLeft
+    // (0 or less: the entry's stored size), on the current layer, selected,
+    // as one "ACT_ADD" undo step. The entry's link points become the
+    // combined shape's link points, its user data the combined shape's. The
+    // new shape, or nil (nothing added) when the library has no such entry
+    // or it holds no shapes; a corrupt entry raises EFileFormatError.
+    TMyShape* AddUserDefineShapefromLib(TLibManager& library, const QString& name, TMyPoint topLeft,
+                                        double width = 0, double height = 0);
     // Told while a stream loads: bytes read so far and the stream's size.
     std::function<void(int64_t done, int64_t total)> OnLoadProgress;
     // Raised while a drawing or a block is being taken over (events and repaints wait).
@@ -1044,6 +1058,7 @@ public:
     bool m_disableTextInput = false;
     QString m_diskFileVersion = QStringLiteral("XP.j");
     TFileVersion m_fileVersion = TFileVersion::XPj;
+    TFileVersion m_writeVersion = TFileVersion::XPj;
     bool m_dragEnable = true;
     TDragMode m_dragMode = dgBoth;
     TGridObject m_grid;
