@@ -661,6 +661,9 @@ public:
 
     // ==== Painting (mycad_paint.cpp) =============================================================
     void Paint() override;
+    // Draws the shapes and their members onto a device canvas as a paint
+    // does, without marks: pictures of shapes (thumbnails, the clipboard).
+    void DrawShapes(TCanvas* canvas, const std::vector<TMyShape*>& roots);
     void DrawAll(const TRect& rect);
     void DrawAllShape(TCanvas* canvas, const TRect& rect);
     void FillBackground(TBitmap* bitmap);

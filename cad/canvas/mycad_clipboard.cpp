@@ -98,7 +98,7 @@ bool TMyCAD::Copy() {
             TCanvas canvas;
             canvas.AttachPainter(&painter, TRect{0, 0, w, h});
             canvas.SetWindowOrg(box.left, box.top);
-            for (TMyShape* root : roots) drawShapeTree(&canvas, root);
+            DrawShapes(&canvas, roots);
             canvas.DetachPainter();
         }
     }

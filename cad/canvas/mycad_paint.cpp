@@ -123,6 +123,10 @@ void TMyCAD::DrawAllShape(TCanvas* canvas, const TRect& rect) {
     canvas->SetWindowOrg(oldOrigin.x, oldOrigin.y);
 }
 
+void TMyCAD::DrawShapes(TCanvas* canvas, const std::vector<TMyShape*>& roots) {
+    for (TMyShape* root : roots) drawShapeTree(canvas, root);
+}
+
 void TMyCAD::drawShapeTree(TCanvas* canvas, TMyShape* shape) {
     if (!shape || !shape->Visible()) return;
     for (int child : std::as_const(*shape).ChildShapeNos())

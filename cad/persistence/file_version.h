@@ -16,6 +16,8 @@ inline constexpr char CurrentFileVersion[] = "XP.j";
 
 // The version of a version string as a file stores it (already trimmed).
 TFileVersion ParseFileVersion(const QString& text);
+// The version string of a version; empty for Unknown.
+QString FileVersionName(TFileVersion version);
 
 // The list position of a known version; Unknown is below every one of them
 // but takes part in no "from ... on" set.

@@ -34,6 +34,7 @@ class TBitmap;
 class TMemoryStream;
 class TMyCAD;
 class TMyShape;
+class TStream;
 
 // The tag of libraries written now.
 inline constexpr char CurrentLibTag[] = "ZEMALIBX.j";
@@ -191,6 +192,9 @@ private:
     bool findEntry(const QString& name, EntryHead& head);
     EntryHead readEntryHead(int64_t start);
     int64_t entriesStart() const;
+    int readShapes(TStream& s, TArrMyPoint& linkPoints, TLibShapes& shapes, double width, double height,
+                   bool skipLinkPoints);
+    int writeShapes(TStream& s, const std::vector<TMyShape*>& shapes, int32_t& width, int32_t& height);
     QByteArray entryBytes(const QString& name, const std::vector<TMyShape*>& shapes, const TUserData* userData,
                           TFileVersion version, int* width, int* height);
     void replaceBytes(int64_t position, int64_t length, const QByteArray& bytes);

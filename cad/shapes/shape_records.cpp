@@ -2,7 +2,8 @@
 // top to bottom as it lies in the stream. docs/file_format.md ("Shape
 // records") has the table.
 //
-// Writers always write the newest layout, "XP.j". Readers follow the version
+// Writers write the newest layout, "XP.j", unless the canvas asks for an
+// older one (RecordWriteVersion, "XP.6" on, for upgrading libraries). Readers follow the version
 // the canvas is reading (DiskFileVersionCode): fields a version lacks are
 // skipped and keep their values. Versions are an exact list (file_version.h):
 // a string outside it reads only the fields every version has, without point
@@ -37,6 +38,11 @@ static_assert(sizeof(TMyPoint) == 8, "points are copied as Single pairs");
 
 TFileVersion recordVersion(const TMyShape* shape) {
     return shape->Canvas() ? shape->Canvas()->DiskFileVersionCode() : TFileVersion::XPj;
+}
+// The layout a record is written in: "XP.j", or an older one from "XP.6" on
+// while a library is being upgraded step by step.
+TFileVersion writeVersion(const TMyShape* shape) {
+    return shape->Canvas() ? shape->Canvas()->RecordWriteVersion() : TFileVersion::XPj;
 }
 
 bool readBool(TStream& s) { return ReadByte(s) != 0; }
@@ -167,6 +173,8 @@ bool sameFont(const TFont& a, const TFont& b) {
 // ---- TMyShape ----------------------------------------------------------------------------------
 
 void TMyShape::SaveToStream(TStream& s) {
+    using V = TFileVersion;
+    const V version = writeVersion(this);
     WriteStr(s, Name());
     WriteInt32(s, m_shapeId);
     WriteInt32(s, m_shapeNo);
@@ -196,27 +204,34 @@ void TMyShape::SaveToStream(TStream& s) {
     WriteByte(s, font.Pitch());
     WriteInt32(s, ScreenPixelsPerInch());
     WriteByte(s, font.Style().Bits());
-    WriteInt32(s, 0);  // two reserved Int32
-    WriteInt32(s, 0);
+    if (version != V::XP7) {
+        WriteInt32(s, 0);  // two reserved Int32
+        WriteInt32(s, 0);
+    }
     WriteByte(s, m_gradientStyle);
     WriteStr(s, m_info);
     WriteColor(s, m_pen.Color());
     WriteByte(s, m_pen.Mode());
     WriteByte(s, m_pen.Style());
     WriteInt32(s, m_pen.Width());
+    if (!VersionFrom(version, V::XP8)) return;
     if (m_extras)
         m_extras->userData.SaveToStream(s);
     else
         WriteInt32(s, 0);
+    if (!VersionFrom(version, V::XP9)) return;
     writeBool(s, m_isFlipHorz);
     writeBool(s, m_isFlipVert);
     writeBool(s, m_visible);
+    if (!VersionFrom(version, V::XPe)) return;
     writeLines(s, multiInfoLines());
     WriteByte(s, m_multiInfoAlignment);
+    if (!VersionFrom(version, V::XPh)) return;
     WriteInt32(s, m_logHeight);
     writeBool(s, m_logUse);
     WriteInt32(s, m_logWidth);
     writeBool(s, m_locked);
+    if (version != V::XPj) return;
     WriteByte(s, m_penStyleEndCapType);
     WriteByte(s, m_penStyleJoinType);
     writeBool(s, m_hotShow);
@@ -399,7 +414,7 @@ void TMyLinkLine::SaveToStream(TStream& s) {
     WriteInt32(s, StartSpPtId());
     WriteInt32(s, EndSpNo());
     WriteInt32(s, EndSpPtId());
-    WriteByte(s, m_linkLineDrawStyle);
+    if (VersionFrom(writeVersion(this), TFileVersion::XP5)) WriteByte(s, m_linkLineDrawStyle);
 }
 
 void TMyLinkLine::LoadFromStream(TStream& s) {
@@ -447,6 +462,7 @@ void TMyText::SaveToStream(TStream& s) {
     TMyRectangle::SaveToStream(s);
     writeBool(s, m_isBorder);
     writeBool(s, m_isSolid);
+    if (!VersionFrom(writeVersion(this), TFileVersion::XPa)) return;
     writeLines(s, m_lines.Lines());
     WriteByte(s, m_vAlignment);
     WriteByte(s, m_hAlignment);
@@ -472,11 +488,14 @@ void TMyText::LoadFromStream(TStream& s) {
 void TMyImage::SaveToStream(TStream& s) {
     TMyRectangle::SaveToStream(s);
     WriteBitmapBuffer(s, &m_bitmap);
+    const TFileVersion version = writeVersion(this);
+    if (!VersionFrom(version, TFileVersion::XP9)) return;
     WriteInt32(s, m_brightness);
     WriteInt32(s, m_contrast);
     writeBool(s, m_transparent);
     writeBool(s, m_border);
     writeBool(s, m_grayScale);
+    if (!VersionFrom(version, TFileVersion::XPi)) return;
     WriteColor(s, m_transparentColor);
     WriteInt32(s, int32_t(uint8_t(m_transparentMode)));  // the ordinal and three zero bytes
 }
