@@ -498,7 +498,6 @@ bool TLibManager::GetCmbShapeImage(const QString& name, double scale, TBitmap& b
     image.fill(ToQColor(background));
     {
         QPainter painter(&image);
-        painter.setRenderHint(QPainter::Antialiasing);
         TCanvas canvas;
         canvas.AttachPainter(&painter, TRect{0, 0, w, h});
         canvas.SetWindowOrg(-kImageMargin, -kImageMargin);
