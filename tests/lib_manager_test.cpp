@@ -8,12 +8,14 @@
 #include "cad/shapes/line.h"
 #include "cad/shapes/link_point.h"
 #include "cad/shapes/rectangle.h"
+#include "fuzz/lib_load_harness.h"
 #include "platform/bitmap.h"
 #include "platform/stream.h"
 #include "support/drawing_state.h"
 #include "support/shapes.h"
 #include "support/test_support.h"
 
+#include <QDirIterator>
 #include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
@@ -304,6 +306,21 @@ TEST_F(LibManagerTest, CorruptLibrariesRaiseErrorsNamingEntryAndOffset) {
     setBytes(lib, renamed);
     EXPECT_TRUE(RaisesWith<EFileFormatError>([&] { lib.GetCmbShape("Box", lps, nullptr, shapes, 0, 0, true); },
                                              "Unknown shape class \"TMyNoSuchOne\""));
+}
+
+// Inputs stored from fuzzing, and the seeds, through the fuzz target's checks.
+TEST_F(LibManagerTest, StoredFuzzInputs) {
+    int replayed = 0;
+    QDirIterator it(QStringLiteral(FAROVEN_TEST_DATA "/../../fuzz/corpus/lib_load_fuzzer"), QDir::Files);
+    while (it.hasNext()) {
+        QFile file(it.next());
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        const QByteArray bytes = file.readAll();
+        SCOPED_TRACE(it.filePath().toStdString());
+        fuzz::runLibraryLoad(reinterpret_cast<const uint8_t*>(bytes.constData()), size_t(bytes.size()));
+        ++replayed;
+    }
+    EXPECT_GE(replayed, 3);
 }
 
 TEST_F(LibManagerTest, PictureOfAnEntry) {

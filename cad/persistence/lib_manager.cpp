@@ -478,6 +478,8 @@ bool TLibManager::GetCmbShapeImage(const QString& name, double scale, TBitmap& b
     int storedWidth = 0, storedHeight = 0;
     if (!GetCmbShapeSize(name, storedWidth, storedHeight)) return false;
     scale = scale > 0 ? scale : 1.0;
+    // A stored size from a damaged file must not ask for a giant picture.
+    scale = std::min(scale, double(kMaxImageSide) / std::max({storedWidth, storedHeight, 1}));
     const double width = std::max(storedWidth, 1) * scale, height = std::max(storedHeight, 1) * scale;
     TArrMyPoint linkPoints;
     TLibShapes shapes;

@@ -142,8 +142,10 @@ public:
     bool MoveCmbShapeBeforeByName(const QString& name, const QString& beforeName);
 
     // A picture of the entry at its stored size times scale, with a margin
-    // of kImageMargin pixels, over the background colour.
+    // of kImageMargin pixels, over the background colour; the scale is
+    // lowered if need be so that no side exceeds kMaxImageSide pixels.
     static constexpr int kImageMargin = 2;
+    static constexpr int kMaxImageSide = 4096;
     bool GetCmbShapeImage(const QString& name, double scale, TBitmap& bitmap, TColor background);
 
     // ---- Fields, at the memory image's position; each returns its bytes ---------------------------
