@@ -55,7 +55,7 @@ fuzz: fuzz-deps
 	  name=$$(basename $$f); corpus=build/fuzz/corpus/$$name; artifacts=build/fuzz/artifacts/$$name; \
 	  mkdir -p $$corpus $$artifacts; \
 	  echo "== $$name for $(FUZZ_SECONDS) s"; \
-	  QT_QPA_PLATFORM=offscreen $$f -max_total_time=$(FUZZ_SECONDS) -rss_limit_mb=2048 -timeout=10 \
+	  QT_QPA_PLATFORM=offscreen LSAN_OPTIONS=suppressions=$(CURDIR)/fuzz/lsan.supp $$f -max_total_time=$(FUZZ_SECONDS) -rss_limit_mb=2048 -timeout=10 \
 	    -artifact_prefix=$$artifacts/ $$corpus fuzz/corpus/$$name || exit 1; \
 	done
 

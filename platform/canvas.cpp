@@ -184,12 +184,15 @@ void TCanvas::LineTo(int x, int y) {
     m_penPos = TPoint{x, y};
 }
 
+static int clampToInt(int64_t v) { return int(std::clamp<int64_t>(v, INT32_MIN, INT32_MAX)); }
+
 // A one-pixel line from a to b that leaves out b. Qt's flat-capped cosmetic
 // line always leaves out the end with the larger major coordinate, which is b
 // only for lines running right (x-major) or down (y-major); any other line is
 // drawn with both ends up to the pixel before b.
 void TCanvas::drawLineWithoutEnd(QPainter* p, TPoint a, TPoint b) {
-    const int dx = b.x - a.x, dy = b.y - a.y;
+    // In 64 bits: points far out (up to the whole int range) must not overflow.
+    const int64_t dx = int64_t(b.x) - a.x, dy = int64_t(b.y) - a.y;
     if (dx == 0 && dy == 0) return;
     const bool xMajor = std::abs(dx) >= std::abs(dy);
     const bool forward = xMajor ? dx > 0 : dy > 0;
@@ -201,10 +204,10 @@ void TCanvas::drawLineWithoutEnd(QPainter* p, TPoint a, TPoint b) {
     TPoint last;
     if (xMajor) {
         last.x = b.x - (dx > 0 ? 1 : -1);
-        last.y = a.y + Round(double(last.x - a.x) * dy / dx);
+        last.y = clampToInt(a.y + int64_t(Round(double(int64_t(last.x) - a.x) * double(dy) / double(dx))));
     } else {
         last.y = b.y - (dy > 0 ? 1 : -1);
-        last.x = a.x + Round(double(last.y - a.y) * dx / dy);
+        last.x = clampToInt(a.x + int64_t(Round(double(int64_t(last.y) - a.y) * double(dx) / double(dy))));
     }
     QPen pen = p->pen();
     pen.setCapStyle(Qt::SquareCap);

@@ -216,6 +216,10 @@ void DrawGradientPolygon(TCanvas* canvas, const TArrPoint& outline, TGradientSty
     }
     TRect visible;
     if (!IntersectRect(visible, bounds, canvas->ClipRect())) return;
+    // Qt's polygon regions overflow (and leak) with coordinates this far out;
+    // such an outline gets no gradient.
+    constexpr int kFarOut = 1 << 24;
+    if (bounds.left < -kFarOut || bounds.top < -kFarOut || bounds.right > kFarOut || bounds.bottom > kFarOut) return;
     const QRegion region = CreatePolygonRgn(outline, ALTERNATE);
     drawGradient(canvas, &region, bounds, style, colorBegin, colorEnd);
 }
