@@ -19,6 +19,8 @@
 #include "cad/geometry/markers.h"
 #include "cad/geometry/route.h"
 #include "cad/geometry/rotated_text.h"
+#include "cad/persistence/file_version.h"
+#include "cad/persistence/lib_manager.h"
 #include "cad/persistence/stream_io.h"
 #include "cad/persistence/userdata.h"
 #include "cad/shapes/arc.h"
