@@ -196,6 +196,7 @@ TEST_F(LibManagerTest, EntryOperationsLeaveTheOtherEntriesByteIdentical) {
 
     int64_t at = 0, length = 0;
     ASSERT_TRUE(lib.GetExistShape("C", at, length));
+    EXPECT_FALSE(lib.InsertNewShape(at + 1, "B", all(other), nullptr)) << "inside an entry";
     ASSERT_TRUE(lib.InsertNewShape(at, "B", all(other), nullptr));
     EXPECT_EQ(lib.Bytes(), tag + a + newB + c + bee);
 

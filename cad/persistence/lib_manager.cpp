@@ -191,6 +191,12 @@ TLibManager::EntryHead TLibManager::readEntryHead(int64_t start) {
     return head;
 }
 
+bool TLibManager::isEntryBoundary(int64_t position) {
+    for (int64_t at = entriesStart(); at < m_memory->Size(); at = readEntryHead(at).end)
+        if (at == position) return true;
+    return position == m_memory->Size();
+}
+
 bool TLibManager::findEntry(const QString& name, EntryHead& head) {
     // Every step moves on by at least the name length byte and the size.
     for (int64_t at = entriesStart(); at < m_memory->Size(); at = head.end) {
@@ -427,8 +433,7 @@ bool TLibManager::AppendNewShape(const QString& name, const std::vector<TMyShape
 bool TLibManager::InsertNewShape(int64_t position, const QString& name, const std::vector<TMyShape*>& shapes,
                                  const TUserData* userData, int* width, int* height) {
     int64_t at = 0, length = 0;
-    if (!validName(name) || shapes.empty() || position < entriesStart() || position > m_memory->Size() ||
-        GetExistShape(name, at, length))
+    if (!validName(name) || shapes.empty() || !isEntryBoundary(position) || GetExistShape(name, at, length))
         return false;
     replaceBytes(position, 0, entryBytes(name, shapes, userData, TFileVersion::XPj, width, height));
     return true;

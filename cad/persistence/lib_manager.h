@@ -128,8 +128,8 @@ public:
     // name, a name already there (Append, Insert), or no shapes.
     bool AppendNewShape(const QString& name, const std::vector<TMyShape*>& shapes, const TUserData* userData,
                         int* width = nullptr, int* height = nullptr);
-    // Writes the entry at a byte position (an entry's start or the end); the
-    // rest of the file moves behind it.
+    // Writes the entry at a byte position, which must be an entry's start or
+    // the end (false otherwise); the rest of the file moves behind it.
     bool InsertNewShape(int64_t position, const QString& name, const std::vector<TMyShape*>& shapes,
                         const TUserData* userData, int* width = nullptr, int* height = nullptr);
     // Rewrites the entry of that name in place; false when there is none.
@@ -194,6 +194,7 @@ private:
     bool findEntry(const QString& name, EntryHead& head);
     EntryHead readEntryHead(int64_t start);
     int64_t entriesStart() const;
+    bool isEntryBoundary(int64_t position);
     int readShapes(TStream& s, TArrMyPoint& linkPoints, TLibShapes& shapes, double width, double height,
                    bool skipLinkPoints);
     int writeShapes(TStream& s, const std::vector<TMyShape*>& shapes, int32_t& width, int32_t& height);
