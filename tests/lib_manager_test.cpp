@@ -117,6 +117,42 @@ TEST_F(LibManagerTest, EntryLayoutAndNormalisation) {
     EXPECT_EQ(linkPoints, (TArrMyPoint{{50, 0}, {100, 25}, {50, 50}, {0, 25}}));
 }
 
+// An entry assembled from the field writers, whose byte counts sum to the size field.
+TEST_F(LibManagerTest, FieldWritersReturnTheirByteCounts) {
+    AddRect<TMyEllipse>(cad, 0, 0, 40, 20);
+    TLibManager lib;
+    TUserData data;
+    data.AddKeyandValue("a", "bc");
+    lib.Memory().SetPosition(lib.Memory().Size());
+    EXPECT_EQ(lib.WriteCmbShapeName("Oval"), 5);
+    const int64_t sizeAt = lib.Memory().Position();
+    EXPECT_EQ(lib.WriteCmbShapeSize(0), 4);
+    int32_t w = 0, h = 0;
+    int size = lib.WriteWidthHeight(40, 20);
+    EXPECT_EQ(size, 8);
+    size += lib.WriteUserDataRecords(data);
+    EXPECT_EQ(size, 8 + 4 + 5 + 6);
+    const int shapesBytes = lib.WriteShapes(all(cad), w, h);
+    EXPECT_EQ(lib.Memory().Position(), sizeAt + 4 + size + shapesBytes);
+    lib.Memory().SetPosition(sizeAt);
+    lib.WriteCmbShapeSize(size + shapesBytes);
+
+    TArrMyPoint lps;
+    TUserData readData;
+    TLibShapes shapes;
+    ASSERT_TRUE(lib.GetCmbShape("Oval", lps, &readData, shapes, 0, 0, true));
+    EXPECT_EQ(readData, data);
+    ASSERT_EQ(shapes.size(), 1u);
+    EXPECT_EQ(shapes[0]->Points()[2], (TMyPoint{40, 20}));
+
+    QString tag;
+    EXPECT_EQ(lib.ReadLibTag(tag), 10);
+    EXPECT_EQ(tag, QStringLiteral("ZEMALIBX.j"));
+    QString name;
+    EXPECT_EQ(lib.ReadCmbShapeName(name), 5);
+    EXPECT_EQ(name, QStringLiteral("Oval"));
+}
+
 TEST_F(LibManagerTest, FlatEntriesStoreOneAndReadingScalesFromTheLeftEdge) {
     AddShape<TMyLine>(cad, {{40, 70}, {90, 70}, {140, 70}});
     TLibManager lib;
