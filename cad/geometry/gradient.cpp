@@ -171,6 +171,37 @@ TRect normalized(const TRect& r) {
 
 // Computes the visible part of the gradient and draws it, clipped to region
 // when one is given.
+// The polygon clipped to the rectangle grown by two pixels (Sutherland and
+// Hodgman): inside the rectangle it covers the same pixels, under either
+// fill rule, as the new edges run outside it.
+TArrPoint clipToRect(const TArrPoint& polygon, const TRect& rect) {
+    const double l = rect.left - 2.0, t = rect.top - 2.0, r = rect.right + 2.0, b = rect.bottom + 2.0;
+    struct P { double x, y; };
+    std::vector<P> points;
+    for (const TPoint& p : polygon) points.push_back({double(p.x), double(p.y)});
+    // One side at a time: the signed distance inside, and where an edge crosses it.
+    const auto clipSide = [&](auto inside, auto cross) {
+        std::vector<P> out;
+        for (size_t i = 0; i < points.size(); ++i) {
+            const P a = points[i], b2 = points[(i + 1) % points.size()];
+            const bool ina = inside(a), inb = inside(b2);
+            if (ina) out.push_back(a);
+            if (ina != inb) out.push_back(cross(a, b2));
+        }
+        points.swap(out);
+    };
+    const auto atX = [](double x) { return [x](P a, P b) { return P{x, a.y + (b.y - a.y) * (x - a.x) / (b.x - a.x)}; }; };
+    const auto atY = [](double y) { return [y](P a, P b) { return P{a.x + (b.x - a.x) * (y - a.y) / (b.y - a.y), y}; }; };
+    clipSide([l](P p) { return p.x >= l; }, atX(l));
+    clipSide([r](P p) { return p.x <= r; }, atX(r));
+    clipSide([t](P p) { return p.y >= t; }, atY(t));
+    clipSide([b](P p) { return p.y <= b; }, atY(b));
+    TArrPoint clipped;
+    clipped.reserve(points.size());
+    for (const P& p : points) clipped.push_back({Round(p.x), Round(p.y)});
+    return clipped;
+}
+
 void drawGradient(TCanvas* canvas, const QRegion* region, const TRect& rect, TGradientStyle style,
                   TColor colorBegin, TColor colorEnd) {
     if (!canvas || style == gsNone) return;
@@ -216,11 +247,10 @@ void DrawGradientPolygon(TCanvas* canvas, const TArrPoint& outline, TGradientSty
     }
     TRect visible;
     if (!IntersectRect(visible, bounds, canvas->ClipRect())) return;
-    // Qt's polygon regions overflow (and leak) with coordinates this far out;
-    // such an outline gets no gradient.
-    constexpr int kFarOut = 1 << 24;
-    if (bounds.left < -kFarOut || bounds.top < -kFarOut || bounds.right > kFarOut || bounds.bottom > kFarOut) return;
-    const QRegion region = CreatePolygonRgn(outline, ALTERNATE);
+    // The region is built from the part of the outline near the visible
+    // area only: Qt's polygon regions of shapes millions of pixels long are
+    // slow, and fail (leaking) past their limits.
+    const QRegion region = CreatePolygonRgn(clipToRect(outline, visible), ALTERNATE);
     drawGradient(canvas, &region, bounds, style, colorBegin, colorEnd);
 }
 
