@@ -11,7 +11,8 @@
 // field and its shape record). docs/libraries.md has the details.
 //
 // TLibManager keeps one library in memory and works on that image; SaveToFile
-// writes it out. A hidden canvas reads and writes the shape records.
+// writes it out. A hidden canvas reads and writes the shape records (it is a
+// widget, so a QApplication must exist, as for any canvas).
 //
 // A library file comes from outside: every reader checks what it reads
 // against the bytes there are, and a corrupt file raises EFileFormatError
