@@ -2,7 +2,8 @@
 // against the obvious Qt way of serialising the same fields: a QDataStream
 // over a QFile, read back into the same shapes of a fresh canvas. Reported
 // (same run, same drawing):
-//   save_ratio, load_ratio   ours / QDataStream; target at most 1.0 each
+//   save_ratio, load_ratio   ours / QDataStream, fastest of five runs each;
+//                            target at most 1.0 each
 //   load_peak_ratio          the heap's peak during our load / the loaded
 //                            drawing's own heap bytes; target at most 1.5
 #include "bench/bench_timing.h"
@@ -202,16 +203,19 @@ void BM_SaveAndLoad100k(benchmark::State& state) {
     const auto drawing = mixedDrawing(n);
     QTemporaryDir dir;
     const QString ours = dir.filePath("ours.fvd"), peer = dir.filePath("peer.bin");
-    double saveOurs = 0, savePeer = 0, loadOurs = 0, loadPeer = 0, peak = 0, own = 0;
+    // The fastest of the iterations for each: the machine's noise (page
+    // cache, other work) only ever adds time.
+    double saveOurs = 1e9, savePeer = 1e9, loadOurs = 1e9, loadPeer = 1e9, peak = 0, own = 0;
+    const auto fastest = [](double& best, double t) { best = std::min(best, t); };
     for (auto _ : state) {
-        saveOurs += seconds([&] { drawing->SaveToFile(ours); });
-        savePeer += seconds([&] { saveQt(*drawing, peer); });
+        fastest(saveOurs, seconds([&] { drawing->SaveToFile(ours); }));
+        fastest(savePeer, seconds([&] { saveQt(*drawing, peer); }));
         {
             const size_t before = heapBytes();
             size_t highest = before;
             auto cad = std::make_unique<TMyCAD>();
             cad->OnLoadProgress = [&](int64_t, int64_t) { highest = std::max(highest, heapBytes()); };
-            loadOurs += seconds([&] { cad->LoadFromFile(ours); });
+            fastest(loadOurs, seconds([&] { cad->LoadFromFile(ours); }));
             highest = std::max(highest, heapBytes());
             own = double(heapBytes() - before);
             peak = double(highest - before);
@@ -219,7 +223,7 @@ void BM_SaveAndLoad100k(benchmark::State& state) {
         }
         {
             auto cad = std::make_unique<TMyCAD>();
-            loadPeer += seconds([&] { loadQt(*cad, peer); });
+            fastest(loadPeer, seconds([&] { loadQt(*cad, peer); }));
         }
     }
     state.counters["save_ratio"] = saveOurs / savePeer;
@@ -228,6 +232,6 @@ void BM_SaveAndLoad100k(benchmark::State& state) {
     state.counters["file_MB"] = double(QFile(ours).size()) / 1e6;
     state.counters["peer_file_MB"] = double(QFile(peer).size()) / 1e6;
 }
-BENCHMARK(BM_SaveAndLoad100k)->Arg(100000)->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_SaveAndLoad100k)->Arg(100000)->Unit(benchmark::kMillisecond)->Iterations(5);
 
 }  // namespace
