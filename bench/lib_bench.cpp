@@ -64,11 +64,10 @@ void BM_OpenLibraryAndRenderThumbnails(benchmark::State& state) {
     double open = 0, thumbnails = 0, drawing = 0;
     for (auto _ : state) {
         TLibManager lib;
-        std::vector<QString> names;
+        QStringList names;
         open += seconds([&] {
             lib.LoadFromFile(libFile);
-            const int n = lib.GetcmbShapesCount();
-            for (int i = 0; i < n; ++i) names.push_back(lib.GetCmbShapesNameByID(i));
+            names = lib.GetCmbShapesNames();
         });
         thumbnails += seconds([&] {
             for (const QString& name : names) {

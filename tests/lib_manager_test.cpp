@@ -242,6 +242,7 @@ TEST_F(LibManagerTest, EntryOperationsLeaveTheOtherEntriesByteIdentical) {
     EXPECT_EQ(lib.GetcmbShapesCount(), 3);
     EXPECT_EQ(lib.GetCmbShapesNameByID(2), QStringLiteral("Bee"));
     EXPECT_EQ(lib.GetCmbShapesNameByID(3), QString());
+    EXPECT_EQ(lib.GetCmbShapesNames(), (QStringList{"A", "B", "Bee"}));
 
     TArrMyPoint lps;
     TLibShapes shapes;

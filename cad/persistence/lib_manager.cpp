@@ -212,6 +212,16 @@ int TLibManager::GetcmbShapesCount() {
     return count;
 }
 
+QStringList TLibManager::GetCmbShapesNames() {
+    QStringList names;
+    for (int64_t at = entriesStart(); at < m_memory->Size();) {
+        const EntryHead head = readEntryHead(at);
+        names.push_back(head.name);
+        at = head.end;
+    }
+    return names;
+}
+
 QString TLibManager::GetCmbShapesNameByID(int index) {
     int i = 0;
     for (int64_t at = entriesStart(); at < m_memory->Size(); ++i) {
@@ -600,12 +610,7 @@ int TLibManager::WriteStrBuffer(const QString& text, uint8_t count) {
 
 void TLibManager::upgradeStep(TFileVersion from, const char* newTag) {
     const TFileVersion to = ParseFileVersion(LibTagRecordVersion(QString::fromLatin1(newTag)));
-    std::vector<QString> names;
-    for (int64_t at = entriesStart(); at < m_memory->Size();) {
-        const EntryHead head = readEntryHead(at);
-        names.push_back(head.name);
-        at = head.end;
-    }
+    const QStringList names = GetCmbShapesNames();
     const TFileVersion oldWrite = m_canvas->RecordWriteVersion();
     m_canvas->SetRecordWriteVersion(to);
     try {

@@ -26,6 +26,7 @@
 #include "platform/color.h"
 
 #include <QString>
+#include <QStringList>
 #include <memory>
 #include <vector>
 
@@ -93,6 +94,8 @@ public:
     int GetcmbShapesCount();
     // The name of the index-th entry (0-based); empty when there is none.
     QString GetCmbShapesNameByID(int index);
+    // Every entry's name in file order, in one walk.
+    QStringList GetCmbShapesNames();
     // The entry with exactly that name: its start and whole length in bytes.
     bool GetExistShape(const QString& name, int64_t& position, int64_t& length);
 
