@@ -370,12 +370,23 @@ TEST_F(LibManagerTest, PictureOfAnEntry) {
     TBitmap bitmap;
     ASSERT_TRUE(lib.GetCmbShapeImage("Red", 2.0, bitmap, clWhite));
     const int m = TLibManager::kImageMargin;
-    EXPECT_EQ(bitmap.Width(), 80 + 2 * m);
-    EXPECT_EQ(bitmap.Height(), 40 + 2 * m);
+    // The frame from 0 to 80 inks 81 columns.
+    EXPECT_EQ(bitmap.Width(), 81 + 2 * m);
+    EXPECT_EQ(bitmap.Height(), 41 + 2 * m);
     EXPECT_EQ(PixelAt(bitmap, 40 + m, 20 + m), clRed);
     EXPECT_EQ(PixelAt(bitmap, 0, 0), clWhite);
     EXPECT_EQ(InkBoundsExcept(bitmap.Image(), clWhite).left, m);
     EXPECT_FALSE(lib.GetCmbShapeImage("none", 1.0, bitmap, clWhite));
+
+    // A flat entry's arrow head is ink beyond its box of height 1, and shows whole.
+    TMyCAD flat;
+    AddShape<TMyLine>(flat, {{0, 0}, {100, 0}})->SetArrowStyle(ARight);
+    ASSERT_TRUE(lib.AppendNewShape("Arrow", all(flat), nullptr));
+    ASSERT_TRUE(lib.GetCmbShapeImage("Arrow", 1.0, bitmap, clWhite));
+    const TRect ink = InkBoundsExcept(bitmap.Image(), clWhite);
+    EXPECT_EQ(ink.top, m);
+    EXPECT_EQ(bitmap.Height() - ink.bottom, m);
+    EXPECT_GT(ink.bottom - ink.top, 6);
 }
 
 TEST_F(LibManagerTest, InsertingAnEntryAddsOneCombinedShapeAsOneUndoStep) {

@@ -1,6 +1,7 @@
 // faroven-editor: the demo editor. A file argument opens that drawing at
 // start. With --screenshot FILE it paints its window once, saves the picture
 // and exits (used where there is no display).
+#include "library_panel.h"
 #include "main_window.h"
 
 #include <QApplication>
@@ -34,6 +35,7 @@ int main(int argc, char** argv) {
     if (parser.isSet(screenshot)) {
         const QString file = parser.value(screenshot);
         QTimer::singleShot(200, [&] {
+            window.Library()->finishThumbnails();
             const bool ok = window.grab().save(file);
             if (!ok) std::fprintf(stderr, "faroven-editor: cannot write %s\n", qPrintable(file));
             QApplication::exit(ok ? 0 : 1);

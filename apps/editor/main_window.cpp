@@ -5,6 +5,7 @@
 #include "edit_actions.h"
 #include "file_actions.h"
 #include "layer_panel.h"
+#include "library_panel.h"
 #include "ruler_frame.h"
 #include "sample_drawing.h"
 #include "tool_palette.h"
@@ -66,6 +67,9 @@ MainWindow::MainWindow(bool empty, QWidget* parent) : QMainWindow(parent) {
     }
     m_layers = new LayerPanel(m_cad, this);
     addDockWidget(Qt::RightDockWidgetArea, m_layers);
+    m_library = new LibraryPanel(m_cad, this);
+    addDockWidget(Qt::RightDockWidgetArea, m_library);
+    connect(m_library, &LibraryPanel::drawingEdited, this, &MainWindow::updateActions);
     m_viewControls = new ViewControls(m_cad, this);
     m_arrange = new ArrangeActions(m_cad, this);
     addOptionsMenu(m_viewControls);
@@ -95,7 +99,10 @@ MainWindow::MainWindow(bool empty, QWidget* parent) : QMainWindow(parent) {
     updateActions();
     setZoom(1.0);
     // Tall enough for the whole tool palette beside the canvas.
-    resize(1000, 920);
+    resize(1080, 920);
+    // The library grid gets most of the side bar: layers are few.
+    resizeDocks({m_layers, m_library}, {150, 700}, Qt::Vertical);
+    resizeDocks({m_library}, {300}, Qt::Horizontal);
 }
 
 void MainWindow::updateActions() {

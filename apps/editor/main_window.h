@@ -12,6 +12,7 @@ class ArrangeActions;
 class EditActions;
 class FileActions;
 class LayerPanel;
+class LibraryPanel;
 class RulerFrame;
 class ToolPalette;
 class ViewControls;
@@ -22,6 +23,7 @@ public:
     // With empty, the page starts blank instead of showing the sample drawing.
     explicit MainWindow(bool empty = false, QWidget* parent = nullptr);
     faroven::TMyCAD* Cad() const { return m_cad; }
+    LibraryPanel* Library() const { return m_library; }
     // Reads a drawing file in place of the drawing shown (without asking);
     // a failure is shown in a message box and keeps the drawing.
     bool openFile(const QString& fileName);
@@ -60,6 +62,7 @@ private:
     RulerFrame* m_frame = nullptr;
     FileActions* m_file = nullptr;
     LayerPanel* m_layers = nullptr;
+    LibraryPanel* m_library = nullptr;
     ViewControls* m_viewControls = nullptr;
     double m_startZoom = 1.0;
     faroven::TMyCAD* m_cad = nullptr;

@@ -100,6 +100,22 @@ void mapPoints(TArrMyPoint& points, double dx, double dy, double width, double h
     }
 }
 
+// The smallest rectangle holding every pixel that is not the background.
+QRect inkBounds(const QImage& image, QRgb background) {
+    int left = image.width(), top = image.height(), right = -1, bottom = -1;
+    for (int y = 0; y < image.height(); ++y) {
+        const auto* line = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+        for (int x = 0; x < image.width(); ++x)
+            if (line[x] != background) {
+                left = std::min(left, x);
+                right = std::max(right, x);
+                top = std::min(top, y);
+                bottom = std::max(bottom, y);
+            }
+    }
+    return right < 0 ? QRect() : QRect(QPoint(left, top), QPoint(right, bottom));
+}
+
 }  // namespace
 
 // ---- Probes ----------------------------------------------------------------------------------
@@ -510,19 +526,34 @@ bool TLibManager::GetCmbShapeImage(const QString& name, double scale, TBitmap& b
         m_canvas->AddShapeforLoadfromStream(int(i), shape, true);
         if (!shape->HasParentShape()) roots.push_back(shape);
     }
-    const int w = int(std::ceil(width)) + 2 * kImageMargin, h = int(std::ceil(height)) + 2 * kImageMargin;
+    // The picture holds the entry's box and whatever its shapes paint
+    // beyond it (arrow heads, wide pens, captions).
+    TRect painted{0, 0, int(std::ceil(width)), int(std::ceil(height))};
+    for (TMyShape* shape : m_canvas->MyShapes()) {
+        const TRect b = shape->GetPaintBoundsInZoom();
+        painted = {std::min(painted.left, b.left), std::min(painted.top, b.top), std::max(painted.right, b.right),
+                   std::max(painted.bottom, b.bottom)};
+    }
+    const int limit = 2 * kMaxImageSide;  // a far-out caption must not ask for a giant picture either
+    painted = {std::max(painted.left, -limit), std::max(painted.top, -limit), std::min(painted.right, limit),
+               std::min(painted.bottom, limit)};
+    const int w = painted.right - painted.left + 2 * kImageMargin, h = painted.bottom - painted.top + 2 * kImageMargin;
     QImage image(w, h, QImage::Format_RGB32);
     image.fill(ToQColor(background));
     {
         QPainter painter(&image);
         TCanvas canvas;
         canvas.AttachPainter(&painter, TRect{0, 0, w, h});
-        canvas.SetWindowOrg(-kImageMargin, -kImageMargin);
+        canvas.SetWindowOrg(painted.left - kImageMargin, painted.top - kImageMargin);
         m_canvas->DrawShapes(&canvas, roots);
         canvas.DetachPainter();
     }
     m_canvas->DeleteAllShapes();
-    bitmap.SetImage(image);
+    // Cut to the entry's box and the ink beyond it, with the margin.
+    QRect keep(kImageMargin - painted.left, kImageMargin - painted.top, int(std::ceil(width)),
+               int(std::ceil(height)));
+    keep = keep.united(inkBounds(image, ToQColor(background).rgb()));
+    bitmap.SetImage(image.copy(keep.adjusted(-kImageMargin, -kImageMargin, kImageMargin, kImageMargin)));
     return true;
 }
 

@@ -145,9 +145,11 @@ public:
     // Moves the entry before another; false when either is missing.
     bool MoveCmbShapeBeforeByName(const QString& name, const QString& beforeName);
 
-    // A picture of the entry at its stored size times scale, with a margin
-    // of kImageMargin pixels, over the background colour; the scale is
-    // lowered if need be so that no side exceeds kMaxImageSide pixels.
+    // A picture of the entry at its stored size times scale, over the
+    // background colour: the entry's box, grown to the ink its shapes paint
+    // beyond it (arrow heads, pens, captions), with a margin of kImageMargin
+    // pixels. The scale is lowered if need be so that the box's sides stay
+    // within kMaxImageSide pixels.
     static constexpr int kImageMargin = 2;
     static constexpr int kMaxImageSide = 4096;
     bool GetCmbShapeImage(const QString& name, double scale, TBitmap& bitmap, TColor background);
