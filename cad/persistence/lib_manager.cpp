@@ -534,9 +534,10 @@ bool TLibManager::GetCmbShapeImage(const QString& name, double scale, TBitmap& b
         painted = {std::min(painted.left, b.left), std::min(painted.top, b.top), std::max(painted.right, b.right),
                    std::max(painted.bottom, b.bottom)};
     }
-    const int limit = 2 * kMaxImageSide;  // a far-out caption must not ask for a giant picture either
-    painted = {std::max(painted.left, -limit), std::max(painted.top, -limit), std::min(painted.right, limit),
-               std::min(painted.bottom, limit)};
+    // Ink further out than kMaxInkBeyond (a caption placed far away) is left out.
+    painted = {std::max(painted.left, -kMaxInkBeyond), std::max(painted.top, -kMaxInkBeyond),
+               std::min(painted.right, int(std::ceil(width)) + kMaxInkBeyond),
+               std::min(painted.bottom, int(std::ceil(height)) + kMaxInkBeyond)};
     const int w = painted.right - painted.left + 2 * kImageMargin, h = painted.bottom - painted.top + 2 * kImageMargin;
     QImage image(w, h, QImage::Format_RGB32);
     image.fill(ToQColor(background));

@@ -148,10 +148,12 @@ public:
     // A picture of the entry at its stored size times scale, over the
     // background colour: the entry's box, grown to the ink its shapes paint
     // beyond it (arrow heads, pens, captions), with a margin of kImageMargin
-    // pixels. The scale is lowered if need be so that the box's sides stay
+    // pixels; ink further than kMaxInkBeyond pixels from the box is left
+    // out. The scale is lowered if need be so that the box's sides stay
     // within kMaxImageSide pixels.
     static constexpr int kImageMargin = 2;
-    static constexpr int kMaxImageSide = 4096;
+    static constexpr int kMaxImageSide = 2048;
+    static constexpr int kMaxInkBeyond = 128;
     bool GetCmbShapeImage(const QString& name, double scale, TBitmap& bitmap, TColor background);
 
     // ---- Fields, at the memory image's position; each returns its bytes ---------------------------
