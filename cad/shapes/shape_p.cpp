@@ -13,6 +13,7 @@
 #include <QRegion>
 #include <climits>
 #include <cstring>
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -99,8 +100,11 @@ int pixelCeil(double v) {
 }
 
 TRect growBoxBy(TRect box, const TArrPoint& pts, int margin) {
+    // Saturated: points far out may sit at the ends of the int range.
+    const auto at = [](int64_t v) { return int(std::clamp<int64_t>(v, INT_MIN, INT_MAX)); };
     for (const TPoint& p : pts) {
-        const TRect r{p.x - margin, p.y - margin, p.x + margin + 1, p.y + margin + 1};
+        const TRect r{at(int64_t(p.x) - margin), at(int64_t(p.y) - margin), at(int64_t(p.x) + margin + 1),
+                      at(int64_t(p.y) + margin + 1)};
         if (box.right <= box.left || box.bottom <= box.top) {
             box = r;
             continue;
