@@ -11,10 +11,10 @@
 #include <QPointF>
 #include <QPolygon>
 #include <QRegion>
-#include <climits>
-#include <cstring>
 #include <algorithm>
+#include <climits>
 #include <cmath>
+#include <cstring>
 #include <numbers>
 
 namespace faroven::shape_detail {
