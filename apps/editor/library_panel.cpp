@@ -20,7 +20,6 @@
 #include <QToolBar>
 #include <QVBoxLayout>
 #include <algorithm>
-#include <set>
 
 using namespace faroven;
 
@@ -36,21 +35,6 @@ QString entryOf(const QMimeData* data) {
                : QString();
 }
 
-// The selected shapes and every member of the selected groups, in z-order.
-std::vector<TMyShape*> selectionWithMembers(TMyCAD& cad) {
-    std::set<int> numbers;
-    std::vector<TMyShape*> todo(cad.WorkingShapes().begin(), cad.WorkingShapes().end());
-    while (!todo.empty()) {
-        TMyShape* shape = todo.back();
-        todo.pop_back();
-        if (!shape || !numbers.insert(shape->ShapeNo()).second) continue;
-        for (int child : std::as_const(*shape).ChildShapeNos())
-            if (TMyShape* c = cad.GetShapeByNo(child)) todo.push_back(c);
-    }
-    std::vector<TMyShape*> shapes;
-    for (int no : numbers) shapes.push_back(cad.GetShapeByNo(no));
-    return shapes;
-}
 }  // namespace
 
 QString DefaultLibraryFile() {
@@ -187,7 +171,8 @@ bool LibraryPanel::saveAs() {
 // ---- Entries ----------------------------------------------------------------------------------------
 
 void LibraryPanel::addSelection() {
-    const std::vector<TMyShape*> shapes = selectionWithMembers(*m_cad);
+    std::vector<TMyShape*> shapes;
+    for (int no : m_cad->SelectionWithMembers()) shapes.push_back(m_cad->GetShapeByNo(no));
     if (shapes.empty()) {
         QMessageBox::information(this, tr("Shape library"), tr("Select the shapes to store first."));
         return;

@@ -291,6 +291,9 @@ public:
     const std::vector<TMyShape*>& MemShapes() const { return m_memShapes; }
     // The selection, in the order shapes were added to it; not owned.
     const std::vector<TMyShape*>& WorkingShapes() const { return m_workingShapes; }
+    // The numbers of the selected shapes and of every member of the selected
+    // groups, in z-order: what copying or storing the selection takes.
+    std::vector<int> SelectionWithMembers() const;
     // The id the next added shape gets.
     int NextShapeId() const { return m_nextShapeId; }
     // Root shapes the last paint drew, by number.

@@ -39,22 +39,21 @@ PlaceKey placeOf(const TMyShape* shape) {
 }
 }  // namespace
 
-// The selected shapes and every member of the selected groups, by number, in z-order.
-static std::vector<int> copiedNumbers(const TMyCAD& cad) {
+std::vector<int> TMyCAD::SelectionWithMembers() const {
     std::set<int> numbers;
-    std::vector<const TMyShape*> todo(cad.WorkingShapes().begin(), cad.WorkingShapes().end());
+    std::vector<const TMyShape*> todo(m_workingShapes.begin(), m_workingShapes.end());
     while (!todo.empty()) {
         const TMyShape* shape = todo.back();
         todo.pop_back();
         if (!shape || !numbers.insert(shape->ShapeNo()).second) continue;
         for (int child : shape->ChildShapeNos())
-            if (const TMyShape* c = cad.GetShapeByNo(child)) todo.push_back(c);
+            if (const TMyShape* c = GetShapeByNo(child)) todo.push_back(c);
     }
     return {numbers.begin(), numbers.end()};
 }
 
 bool TMyCAD::Copy() {
-    const std::vector<int> numbers = copiedNumbers(*this);
+    const std::vector<int> numbers = SelectionWithMembers();
     if (numbers.empty()) return false;
 
     // Copies numbered among themselves: references to shapes left behind
