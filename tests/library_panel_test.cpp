@@ -7,7 +7,12 @@
 #include "platform/bitmap.h"
 #include "support/test_support.h"
 
+#include <QApplication>
+#include <QFile>
 #include <QListWidget>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTimer>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -57,4 +62,40 @@ TEST(LibraryPanel, InsertsAnEntryCentredOnThePointAsOneStep) {
     EXPECT_EQ(decision->GetLinkPointsCount(), 4);
     cad.Undo();
     EXPECT_EQ(cad.GetShapesCount(), 0);
+}
+
+TEST(LibraryPanel, UpgradesAnOlderLibraryAfterAskingAndKeepsTheOriginal) {
+    QTemporaryDir dir;
+    const QString file = dir.filePath("old.fvl");
+    {
+        // The starter library brought into the ".h" layout.
+        TLibManager lib;
+        BuildStarterLibrary(lib);
+        lib.HiddenCanvas().SetRecordWriteVersion(TFileVersion::XPh);
+        for (const QString& name : StarterEntryNames()) {
+            TArrMyPoint linkPoints;
+            TLibShapes shapes;
+            ASSERT_TRUE(lib.GetCmbShape(name, linkPoints, nullptr, shapes, 0, 0, false));
+            std::vector<TMyShape*> raw;
+            for (auto& shape : shapes) raw.push_back(shape.get());
+            ASSERT_TRUE(lib.RepalceExistShape(name, raw, nullptr));
+        }
+        lib.WriteLibTag("ZEMALIBX.h");
+        lib.SaveToFile(file);
+    }
+    TMyCAD cad;
+    LibraryPanel panel(&cad);
+    QString asked;
+    QTimer::singleShot(0, [&] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        ASSERT_NE(box, nullptr);
+        asked = box->text();
+        box->button(QMessageBox::Yes)->click();
+    });
+    ASSERT_TRUE(panel.openLibrary(file));
+    EXPECT_TRUE(asked.contains("old.fvl.bak")) << asked.toStdString();
+    EXPECT_EQ(ReadLibFileTag(file), QString::fromLatin1(CurrentLibTag));
+    EXPECT_EQ(ReadLibFileTag(file + ".bak"), QStringLiteral("ZEMALIBX.h"));
+    EXPECT_EQ(panel.library()->GetCmbShapesNames(), StarterEntryNames());
+    EXPECT_NE(panel.insertEntry("Process", {100, 100}), nullptr);
 }
