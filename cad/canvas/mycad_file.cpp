@@ -283,8 +283,9 @@ void TMyCAD::takeBlockShapes(DrawingImage& image, TBlockLayerMode mode) {
     // canvas lacks are added, named after them.
     std::vector<int> layerAt;  // canvas layer id for each block layer position
     if (mode == Import) {
+        // The prefix must not push a name past the 255 characters a file keeps.
         for (size_t i = size_t(m_layers.Count()); i < image.layers.size(); ++i)
-            NewLayer(QStringLiteral("Block") + image.layers[i].LayerName, true);
+            NewLayer((QStringLiteral("Block") + image.layers[i].LayerName).left(255), true);
         for (size_t i = 0; i < image.layers.size(); ++i) layerAt.push_back(GetLayerIdByNo(int(i)));
     }
     const int current = CurrentLayerId();
