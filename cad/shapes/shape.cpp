@@ -435,7 +435,8 @@ TRect TMyShape::zoomedPointBox(int margin) const {
 
 TRect TMyShape::GetPaintBoundsInZoom() {
     // Pen, hot marks and link crosses reach a few pixels beyond the points.
-    TRect box = zoomedPointBox(std::max(m_pen.Width(), 1) + hotSize() + 3);
+    // (A pen as wide as a file may claim must not overflow the margin.)
+    TRect box = zoomedPointBox(std::clamp(m_pen.Width(), 1, 1 << 24) + hotSize() + 3);
     if (box == TRect{}) return box;
     const double zoom = Zoom();
     if (m_captionShow && (!m_info.isEmpty() || MultiInfoCount() > 0)) {
@@ -447,13 +448,15 @@ TRect TMyShape::GetPaintBoundsInZoom() {
         for (const QString& line : multiInfoLines()) width = std::max(width, metrics.horizontalAdvance(line));
         if (m_logUse) width = std::max(width, Round(m_logWidth * zoom));
         const int lines = (m_info.isEmpty() ? 0 : 1) + MultiInfoCount();
-        const int height = lines * std::max(metrics.height(), m_logUse ? Round(m_logHeight * zoom) : 0);
-        const int radius = int(std::ceil(std::hypot(width / 2.0 + 2, height + 2))) + 2;
+        const double height = double(lines) * std::max(metrics.height(), m_logUse ? Round(m_logHeight * zoom) : 0);
+        // In 64 bits and saturated: a file may hold text points and sizes at the ends of the range.
+        const auto radius = int64_t(std::min(std::ceil(std::hypot(width / 2.0 + 2, height + 2)), 1e12)) + 2;
+        const auto sat = [](int64_t v) { return int(std::clamp<int64_t>(v, INT32_MIN, INT32_MAX)); };
         const TPoint tp = MyPtToPt(ZoomedValuePt(m_textPoint));
-        box.left = std::min(box.left, tp.x - radius);
-        box.top = std::min(box.top, tp.y - radius);
-        box.right = std::max(box.right, tp.x + radius + 1);
-        box.bottom = std::max(box.bottom, tp.y + radius + 1);
+        box.left = std::min(box.left, sat(tp.x - radius));
+        box.top = std::min(box.top, sat(tp.y - radius));
+        box.right = std::max(box.right, sat(tp.x + radius + 1));
+        box.bottom = std::max(box.bottom, sat(tp.y + radius + 1));
     }
     return box;
 }
