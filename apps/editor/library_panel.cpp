@@ -317,7 +317,10 @@ void LibraryPanel::renderSomeThumbnails() {
             QPixmap icon(kIconSide, kIconSide);
             icon.fill(Qt::white);
             QPainter painter(&icon);
-            const QImage& image = picture.Image();
+            QImage image = picture.Image();
+            // Ink beyond the box (a long caption) may make the picture larger than the cell.
+            if (image.width() > kIconSide || image.height() > kIconSide)
+                image = image.scaled(kIconSide, kIconSide, Qt::KeepAspectRatio, Qt::SmoothTransformation);
             painter.drawImage((kIconSide - image.width()) / 2, (kIconSide - image.height()) / 2, image);
             painter.end();
             item->setIcon(QIcon(icon));
