@@ -1,5 +1,6 @@
 // The starter library the editor ships, and the editor's library panel
 // inserting its entries into a drawing.
+#include "apps/editor/library_list.h"
 #include "apps/editor/library_panel.h"
 #include "apps/libgen/starter_library.h"
 #include "cad/persistence/lib_manager.h"
@@ -98,4 +99,29 @@ TEST(LibraryPanel, UpgradesAnOlderLibraryAfterAskingAndKeepsTheOriginal) {
     EXPECT_EQ(ReadLibFileTag(file + ".bak"), QStringLiteral("ZEMALIBX.h"));
     EXPECT_EQ(panel.library()->GetCmbShapesNames(), StarterEntryNames());
     EXPECT_NE(panel.insertEntry("Process", {100, 100}), nullptr);
+}
+
+TEST(LibraryPanel, MovesAnEntryToTheEndKeepingTheThumbnails) {
+    QTemporaryDir dir;
+    const QString file = dir.filePath("starter.fvl");
+    {
+        TLibManager lib;
+        BuildStarterLibrary(lib);
+        lib.SaveToFile(file);
+    }
+    TMyCAD cad;
+    LibraryPanel panel(&cad);
+    ASSERT_TRUE(panel.openLibrary(file));
+    panel.finishThumbnails();
+    auto* grid = panel.findChild<LibraryList*>();
+    const QImage rectangle = grid->item(0)->icon().pixmap(64).toImage();
+    EXPECT_FALSE(panel.windowTitle().endsWith('*'));
+
+    emit grid->entryMoved("Rectangle", QString());
+    QStringList expected = StarterEntryNames();
+    expected.move(0, expected.size() - 1);
+    EXPECT_EQ(panel.library()->GetCmbShapesNames(), expected);
+    EXPECT_TRUE(panel.windowTitle().endsWith('*'));
+    // Shown at once, without waiting for the previews to render again.
+    EXPECT_EQ(grid->item(grid->count() - 1)->icon().pixmap(64).toImage(), rectangle);
 }

@@ -1,6 +1,7 @@
 #include "library_list.h"
 
 #include <QDropEvent>
+#include <QKeyEvent>
 #include <QMimeData>
 
 LibraryList::LibraryList(QWidget* parent) : QListWidget(parent) {
@@ -14,6 +15,29 @@ LibraryList::LibraryList(QWidget* parent) : QListWidget(parent) {
     setSelectionMode(QAbstractItemView::SingleSelection);
     setDragDropMode(QAbstractItemView::DragDrop);
     setDefaultDropAction(Qt::CopyAction);
+}
+
+namespace {
+bool isEntryKey(const QKeyEvent* key) {
+    return key->modifiers() == Qt::NoModifier && (key->key() == Qt::Key_F2 || key->key() == Qt::Key_Delete);
+}
+}  // namespace
+
+bool LibraryList::event(QEvent* event) {
+    // Claim the keys from the window's shortcuts while the grid has the focus.
+    if (event->type() == QEvent::ShortcutOverride && isEntryKey(static_cast<QKeyEvent*>(event))) {
+        event->accept();
+        return true;
+    }
+    return QListWidget::event(event);
+}
+
+void LibraryList::keyPressEvent(QKeyEvent* event) {
+    if (!isEntryKey(event)) return QListWidget::keyPressEvent(event);
+    if (event->key() == Qt::Key_F2)
+        emit renameRequested();
+    else
+        emit deleteRequested();
 }
 
 QStringList LibraryList::mimeTypes() const { return {QString::fromLatin1(LibraryEntryMimeType)}; }

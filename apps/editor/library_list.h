@@ -1,7 +1,8 @@
 // The library panel's grid of entries: thumbnails with names. Dragging an
 // entry out carries its name under LibraryEntryMimeType (the canvas takes
 // it); dropping one of its own entries on another moves it before that one,
-// on empty space to the end.
+// on empty space to the end. F2 and Delete ask to rename and delete the
+// current entry (before the window's own Delete, which removes shapes).
 #pragma once
 
 #include <QListWidget>
@@ -16,8 +17,12 @@ public:
 signals:
     // An entry was dropped before another (beforeName empty: at the end).
     void entryMoved(const QString& name, const QString& beforeName);
+    void renameRequested();
+    void deleteRequested();
 
 protected:
+    bool event(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     QStringList mimeTypes() const override;
     QMimeData* mimeData(const QList<QListWidgetItem*>& items) const override;
     void dragEnterEvent(QDragEnterEvent* event) override;

@@ -13,6 +13,7 @@
 #include <QFileInfo>
 #include <QInputDialog>
 #include <QLabel>
+#include <QMenu>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPainter>
@@ -59,8 +60,8 @@ LibraryPanel::LibraryPanel(TMyCAD* cad, QWidget* parent) : QDockWidget(parent), 
     entryTools->setToolButtonStyle(Qt::ToolButtonTextOnly);
     entryTools->addAction(tr("Add selection…"), this, &LibraryPanel::addSelection)
         ->setToolTip(tr("Store the selected shapes as a new entry"));
-    entryTools->addAction(tr("Rename…"), this, &LibraryPanel::renameEntry);
-    entryTools->addAction(tr("Delete"), this, &LibraryPanel::deleteEntry);
+    entryTools->addAction(tr("Rename…"), this, &LibraryPanel::renameEntry)->setToolTip(tr("Rename the entry (F2)"));
+    entryTools->addAction(tr("Delete"), this, &LibraryPanel::deleteEntry)->setToolTip(tr("Delete the entry (Del)"));
     m_list = new LibraryList(body);
     m_list->setToolTip(tr("Drag an entry onto the drawing, or double-click it; drag entries here to reorder"));
     m_status = new QLabel(body);
@@ -75,6 +76,10 @@ LibraryPanel::LibraryPanel(TMyCAD* cad, QWidget* parent) : QDockWidget(parent), 
     connect(m_renderTimer, &QTimer::timeout, this, &LibraryPanel::renderSomeThumbnails);
     connect(m_list, &LibraryList::entryMoved, this, &LibraryPanel::moveEntry);
     connect(m_list, &QListWidget::itemDoubleClicked, this, &LibraryPanel::insertAtViewCentre);
+    connect(m_list, &LibraryList::renameRequested, this, &LibraryPanel::renameEntry);
+    connect(m_list, &LibraryList::deleteRequested, this, &LibraryPanel::deleteEntry);
+    m_list->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(m_list, &QWidget::customContextMenuRequested, this, &LibraryPanel::showEntryMenu);
 
     m_cad->setAcceptDrops(true);
     m_cad->installEventFilter(this);
@@ -108,14 +113,30 @@ void LibraryPanel::updateTitle() {
 
 // ---- Files ----------------------------------------------------------------------------------------
 
-void LibraryPanel::newLibrary() {
-    m_library = std::make_unique<TLibManager>();
-    m_fileName.clear();
+void LibraryPanel::replaceLibrary(std::unique_ptr<TLibManager> library, const QString& fileName) {
+    m_library = std::move(library);
+    m_fileName = fileName;
+    m_thumbnails.clear();
     setModified(false);
     refresh();
 }
 
+bool LibraryPanel::maySaveOrDiscard() {
+    if (!m_modified) return true;
+    const auto answer = QMessageBox::question(
+        this, tr("Shape library"), tr("Save the changes to the library \"%1\"?").arg(
+            m_fileName.isEmpty() ? tr("untitled") : QFileInfo(m_fileName).fileName()),
+        QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
+    if (answer == QMessageBox::Save) return save();
+    return answer == QMessageBox::Discard;
+}
+
+void LibraryPanel::newLibrary() {
+    if (maySaveOrDiscard()) replaceLibrary(std::make_unique<TLibManager>(), QString());
+}
+
 void LibraryPanel::chooseAndOpen() {
+    if (!maySaveOrDiscard()) return;
     const QString file = QFileDialog::getOpenFileName(this, tr("Open shape library"), QString(), kFilter);
     if (!file.isEmpty()) openLibrary(file);
 }
@@ -130,12 +151,13 @@ bool LibraryPanel::openLibrary(const QString& fileName) {
         auto library = std::make_unique<TLibManager>(fileName);
         if (tag != QLatin1String(CurrentLibTag)) {
             const QString backup = fileName + QStringLiteral(".bak");
-            const auto answer = QMessageBox::question(
-                this, tr("Older library"),
-                tr("\"%1\" is a library of an older format (%2). Upgrade this library to the current format? "
-                   "The original is kept as %3.")
-                    .arg(QFileInfo(fileName).fileName(), tag.trimmed(), QFileInfo(backup).fileName()));
-            if (answer != QMessageBox::Yes) return;
+            QMessageBox ask(QMessageBox::Question, tr("Older library"),
+                            tr("Upgrade this library to the current format? The original is kept as %1")
+                                .arg(QFileInfo(backup).fileName()),
+                            QMessageBox::Yes | QMessageBox::No, this);
+            ask.setInformativeText(
+                tr("\"%1\" is a library of an older format (%2).").arg(QFileInfo(fileName).fileName(), tag));
+            if (ask.exec() != QMessageBox::Yes) return;
             QFile::remove(backup);
             if (!QFile::copy(fileName, backup))
                 throw EFCreateError(tr("Cannot keep the original as \"%1\"; the library was not upgraded").arg(backup));
@@ -146,10 +168,7 @@ bool LibraryPanel::openLibrary(const QString& fileName) {
         opened = std::move(library);
     });
     if (!ok || !opened) return false;
-    m_library = std::move(opened);
-    m_fileName = fileName;
-    setModified(false);
-    refresh();
+    replaceLibrary(std::move(opened), fileName);
     return true;
 }
 
@@ -185,8 +204,11 @@ void LibraryPanel::addSelection() {
         return;
     }
     bool added = false;
-    guarded([&] { added = m_library->AppendNewShape(name, shapes, nullptr); });
-    if (!added) return;
+    if (!guarded([&] { added = m_library->AppendNewShape(name, shapes, nullptr); })) return;
+    if (!added) {
+        QMessageBox::warning(this, tr("Shape library"), tr("\"%1\" is not a valid name (at most 255 bytes).").arg(name));
+        return;
+    }
     setModified(true);
     refresh();
 }
@@ -203,6 +225,7 @@ void LibraryPanel::renameEntry() {
         QMessageBox::warning(this, tr("Shape library"), tr("\"%1\" is taken or not a valid name.").arg(name));
         return;
     }
+    m_thumbnails.insert(name, m_thumbnails.take(old));
     setModified(true);
     refresh();
 }
@@ -215,23 +238,26 @@ void LibraryPanel::deleteEntry() {
         QMessageBox::Yes)
         return;
     if (guarded([&] { m_library->DeleteShape(name); })) {
+        m_thumbnails.remove(name);
         setModified(true);
         refresh();
     }
 }
 
 void LibraryPanel::moveEntry(const QString& name, const QString& beforeName) {
+    bool moved = false;
     const bool ok = guarded([&] {
         if (!beforeName.isEmpty()) {
-            m_library->MoveCmbShapeBeforeByName(name, beforeName);
+            moved = m_library->MoveCmbShapeBeforeByName(name, beforeName);
             return;
         }
-        // To the end: every entry behind it moves before it, in order.
+        // To the end: every entry behind it moves before it, in order (the
+        // library has no move to the end).
         const QStringList names = m_library->GetCmbShapesNames();
         for (qsizetype i = names.indexOf(name) + 1; i > 0 && i < names.size(); ++i)
-            m_library->MoveCmbShapeBeforeByName(names[i], name);
+            moved = m_library->MoveCmbShapeBeforeByName(names[i], name) || moved;
     });
-    if (!ok) return;
+    if (!ok || !moved) return;
     setModified(true);
     refresh();
 }
@@ -252,6 +278,18 @@ void LibraryPanel::insertAtViewCentre(QListWidgetItem* item) {
     const QPoint middle = m_cad->visibleRegion().boundingRect().center();
     const double zoom = m_cad->Zoom();
     insertEntry(item->text(), {float(middle.x() / zoom), float(middle.y() / zoom)});
+}
+
+void LibraryPanel::showEntryMenu(const QPoint& at) {
+    QListWidgetItem* item = m_list->itemAt(at);
+    if (!item) return;
+    m_list->setCurrentItem(item);
+    QMenu menu(this);
+    menu.addAction(tr("Insert"), this, [this, item] { insertAtViewCentre(item); });
+    // The keys are the grid's own (LibraryList), not shortcuts of the menu.
+    menu.addAction(tr("Rename…\tF2"), this, &LibraryPanel::renameEntry);
+    menu.addAction(tr("Delete\tDel"), this, &LibraryPanel::deleteEntry);
+    menu.exec(m_list->viewport()->mapToGlobal(at));
 }
 
 bool LibraryPanel::eventFilter(QObject* watched, QEvent* event) {
@@ -291,7 +329,7 @@ void LibraryPanel::refresh() {
     QPixmap blank(kIconSide, kIconSide);
     blank.fill(Qt::white);
     for (const QString& name : names) {
-        auto* item = new QListWidgetItem(QIcon(blank), name, m_list);
+        auto* item = new QListWidgetItem(m_thumbnails.value(name, QIcon(blank)), name, m_list);
         item->setToolTip(name);
         if (name == current) m_list->setCurrentItem(item);
     }
@@ -308,6 +346,10 @@ void LibraryPanel::renderSomeThumbnails() {
     const int count = m_list->count();
     for (int k = 0; k < kThumbnailsPerTick && m_nextThumbnail < count; ++k, ++m_nextThumbnail) {
         QListWidgetItem* item = m_list->item(m_nextThumbnail);
+        if (m_thumbnails.contains(item->text())) {
+            --k;  // kept from before: costs nothing
+            continue;
+        }
         try {
             int w = 0, h = 0;
             TBitmap picture;
@@ -324,6 +366,7 @@ void LibraryPanel::renderSomeThumbnails() {
             painter.drawImage((kIconSide - image.width()) / 2, (kIconSide - image.height()) / 2, image);
             painter.end();
             item->setIcon(QIcon(icon));
+            m_thumbnails.insert(item->text(), item->icon());
         } catch (const Exception& e) {
             // A damaged entry shows its error instead of a picture.
             item->setToolTip(e.Message());

@@ -10,6 +10,8 @@
 #include "cad/persistence/lib_manager.h"
 
 #include <QDockWidget>
+#include <QHash>
+#include <QIcon>
 #include <memory>
 
 class LibraryList;
@@ -34,6 +36,10 @@ public:
     faroven::TLibManager* library() const { return m_library.get(); }
     // Inserts the entry with its centre at a point in drawing units.
     faroven::TMyShape* insertEntry(const QString& name, faroven::TMyPoint centre);
+    // Before the library goes (another opened, a new one, the editor closed):
+    // true when it has no unsaved changes or the user saved or discarded
+    // them; false when they cancelled or the save failed.
+    bool maySaveOrDiscard();
 
 signals:
     // An entry was inserted into the drawing.
@@ -53,6 +59,10 @@ private:
     void deleteEntry();
     void moveEntry(const QString& name, const QString& beforeName);
     void insertAtViewCentre(QListWidgetItem* item);
+    void showEntryMenu(const QPoint& at);
+    // Takes another library in place of the shown one; its thumbnails are
+    // rendered afresh.
+    void replaceLibrary(std::unique_ptr<faroven::TLibManager> library, const QString& fileName);
     // Rebuilds the grid from the library and starts rendering thumbnails.
     void refresh();
     void renderSomeThumbnails();
@@ -70,4 +80,7 @@ private:
     QLabel* m_status = nullptr;
     QTimer* m_renderTimer = nullptr;
     int m_nextThumbnail = 0;
+    // Rendered thumbnails by entry name, so that renaming, deleting and
+    // reordering do not render the whole library again.
+    QHash<QString, QIcon> m_thumbnails;
 };

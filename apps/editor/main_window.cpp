@@ -136,7 +136,8 @@ void MainWindow::drawingReplaced() {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-    if (m_file->maySaveOrDiscard())
+    // The drawing and the library are separate files: each asks for itself.
+    if (m_file->maySaveOrDiscard() && m_library->maySaveOrDiscard())
         event->accept();
     else
         event->ignore();
