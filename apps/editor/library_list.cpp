@@ -11,7 +11,7 @@ LibraryList::LibraryList(QWidget* parent) : QListWidget(parent) {
     setResizeMode(QListView::Adjust);
     setMovement(QListView::Snap);
     setWordWrap(true);
-    setUniformItemSizes(true);
+    // Not uniform sizes: each name gets its own width, up to the cell's.
     setSelectionMode(QAbstractItemView::SingleSelection);
     setDragDropMode(QAbstractItemView::DragDrop);
     setDefaultDropAction(Qt::CopyAction);

@@ -210,7 +210,7 @@ void LibraryPanel::addSelection() {
         return;
     }
     setModified(true);
-    refresh();
+    refresh(name);
 }
 
 void LibraryPanel::renameEntry() {
@@ -227,7 +227,7 @@ void LibraryPanel::renameEntry() {
     }
     m_thumbnails.insert(name, m_thumbnails.take(old));
     setModified(true);
-    refresh();
+    refresh(name);
 }
 
 void LibraryPanel::deleteEntry() {
@@ -320,9 +320,10 @@ bool LibraryPanel::eventFilter(QObject* watched, QEvent* event) {
 
 // ---- The grid ---------------------------------------------------------------------------------------
 
-void LibraryPanel::refresh() {
+void LibraryPanel::refresh(const QString& select) {
     m_renderTimer->stop();
-    const QString current = m_list->currentItem() ? m_list->currentItem()->text() : QString();
+    const QString current =
+        !select.isEmpty() ? select : m_list->currentItem() ? m_list->currentItem()->text() : QString();
     m_list->clear();
     QStringList names;
     guarded([&] { names = m_library->GetCmbShapesNames(); });
@@ -331,7 +332,10 @@ void LibraryPanel::refresh() {
     for (const QString& name : names) {
         auto* item = new QListWidgetItem(m_thumbnails.value(name, QIcon(blank)), name, m_list);
         item->setToolTip(name);
-        if (name == current) m_list->setCurrentItem(item);
+        if (name == current) {
+            m_list->setCurrentItem(item);
+            m_list->scrollToItem(item);
+        }
     }
     m_nextThumbnail = 0;
     updateTitle();

@@ -64,7 +64,8 @@ private:
     // rendered afresh.
     void replaceLibrary(std::unique_ptr<faroven::TLibManager> library, const QString& fileName);
     // Rebuilds the grid from the library and starts rendering thumbnails.
-    void refresh();
+    // The entry named select (else the one that was current) is made current.
+    void refresh(const QString& select = QString());
     void renderSomeThumbnails();
     void setModified(bool modified);
     void updateTitle();
