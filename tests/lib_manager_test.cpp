@@ -12,6 +12,7 @@
 #include "platform/bitmap.h"
 #include "platform/stream.h"
 #include "support/drawing_state.h"
+#include "support/library.h"
 #include "support/shapes.h"
 #include "support/test_support.h"
 
@@ -272,16 +273,7 @@ TEST_F(LibManagerTest, UpgradeChainFromEveryOlderTagKeepsTheShapes) {
         SCOPED_TRACE(o.tag);
         TLibManager lib;
         setBytes(lib, expected);
-        lib.HiddenCanvas().SetRecordWriteVersion(o.version);
-        for (const char* name : {"Box", "Line"}) {
-            TArrMyPoint lps;
-            TLibShapes shapes;
-            ASSERT_TRUE(lib.GetCmbShape(name, lps, nullptr, shapes, 0, 0, false));
-            std::vector<TMyShape*> raw;
-            for (auto& s : shapes) raw.push_back(s.get());
-            ASSERT_TRUE(lib.RepalceExistShape(name, raw, nullptr));
-        }
-        lib.WriteLibTag(o.tag);
+        RewriteInOlderLayout(lib, o.version, o.tag);
         ASSERT_LT(lib.Bytes().size(), expected.size()) << "older layouts are shorter";
         lib.SaveToFile(path("old.fvl"));
 

@@ -6,6 +6,7 @@
 #include "cad/persistence/lib_manager.h"
 #include "cad/shapes/shape.h"
 #include "platform/bitmap.h"
+#include "support/library.h"
 #include "support/test_support.h"
 
 #include <QApplication>
@@ -15,10 +16,22 @@
 #include <QPushButton>
 #include <QTimer>
 #include <QTemporaryDir>
+#include <functional>
 #include <gtest/gtest.h>
 
 using namespace faroven;
 using namespace faroven::test;
+
+namespace {
+// The starter library as a file, after an optional change.
+QString writeStarter(const QString& file, const std::function<void(TLibManager&)>& change = {}) {
+    TLibManager lib;
+    BuildStarterLibrary(lib);
+    if (change) change(lib);
+    lib.SaveToFile(file);
+    return file;
+}
+}  // namespace
 
 TEST(StarterLibrary, EveryEntryHasItsLinkPointsAndAPicture) {
     TLibManager lib;
@@ -40,15 +53,9 @@ TEST(StarterLibrary, EveryEntryHasItsLinkPointsAndAPicture) {
 
 TEST(LibraryPanel, InsertsAnEntryCentredOnThePointAsOneStep) {
     QTemporaryDir dir;
-    const QString file = dir.filePath("starter.fvl");
-    {
-        TLibManager lib;
-        BuildStarterLibrary(lib);
-        lib.SaveToFile(file);
-    }
     TMyCAD cad;
     LibraryPanel panel(&cad);
-    ASSERT_TRUE(panel.openLibrary(file));
+    ASSERT_TRUE(panel.openLibrary(writeStarter(dir.filePath("starter.fvl"))));
     panel.finishThumbnails();
     const auto* grid = panel.findChild<QListWidget*>();
     ASSERT_EQ(grid->count(), StarterEntryNames().size());
@@ -68,22 +75,7 @@ TEST(LibraryPanel, InsertsAnEntryCentredOnThePointAsOneStep) {
 TEST(LibraryPanel, UpgradesAnOlderLibraryAfterAskingAndKeepsTheOriginal) {
     QTemporaryDir dir;
     const QString file = dir.filePath("old.fvl");
-    {
-        // The starter library brought into the ".h" layout.
-        TLibManager lib;
-        BuildStarterLibrary(lib);
-        lib.HiddenCanvas().SetRecordWriteVersion(TFileVersion::XPh);
-        for (const QString& name : StarterEntryNames()) {
-            TArrMyPoint linkPoints;
-            TLibShapes shapes;
-            ASSERT_TRUE(lib.GetCmbShape(name, linkPoints, nullptr, shapes, 0, 0, false));
-            std::vector<TMyShape*> raw;
-            for (auto& shape : shapes) raw.push_back(shape.get());
-            ASSERT_TRUE(lib.RepalceExistShape(name, raw, nullptr));
-        }
-        lib.WriteLibTag("ZEMALIBX.h");
-        lib.SaveToFile(file);
-    }
+    writeStarter(file, [](TLibManager& lib) { RewriteInOlderLayout(lib, TFileVersion::XPh, "ZEMALIBX.h"); });
     TMyCAD cad;
     LibraryPanel panel(&cad);
     QString asked;
@@ -103,15 +95,9 @@ TEST(LibraryPanel, UpgradesAnOlderLibraryAfterAskingAndKeepsTheOriginal) {
 
 TEST(LibraryPanel, MovesAnEntryToTheEndKeepingTheThumbnails) {
     QTemporaryDir dir;
-    const QString file = dir.filePath("starter.fvl");
-    {
-        TLibManager lib;
-        BuildStarterLibrary(lib);
-        lib.SaveToFile(file);
-    }
     TMyCAD cad;
     LibraryPanel panel(&cad);
-    ASSERT_TRUE(panel.openLibrary(file));
+    ASSERT_TRUE(panel.openLibrary(writeStarter(dir.filePath("starter.fvl"))));
     panel.finishThumbnails();
     auto* grid = panel.findChild<LibraryList*>();
     const QImage rectangle = grid->item(0)->icon().pixmap(64).toImage();
