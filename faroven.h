@@ -37,6 +37,8 @@
 #include "cad/shapes/shape_markers.h"
 #include "cad/shapes/text.h"
 #include "cad/types.h"
+#include "dxf/dxf_export.h"
+#include "dxf/dxf_import.h"
 #include "dxf/dxf_primitives.h"
 #include "platform/ansi.h"
 #include "platform/bitmap.h"

@@ -130,6 +130,8 @@ public:
     bool Eof() const { return m_atEnd; }
     // The line of the current group's code line (1-based).
     int CurrentLine() const { return m_line; }
+    // The file name, or the name given for a stream or bytes.
+    const QString& Name() const;
 
     bool IsR12DXF() const { return m_isR12; }
     void SetIsR12DXF(bool value) { m_isR12 = value; }

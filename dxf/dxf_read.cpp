@@ -22,6 +22,8 @@ TDXFRead::TDXFRead(std::unique_ptr<TTextFileReader> text) : m_text(std::move(tex
 
 TDXFRead::~TDXFRead() = default;
 
+const QString& TDXFRead::Name() const { return m_text->Name(); }
+
 void TDXFRead::start() {
     m_section = scUnknow;
     m_code = 0;

@@ -50,6 +50,7 @@
 namespace faroven {
 
 class TLibManager;
+struct TDxfExportOptions;
 class TMyLine;
 class TTextInputBox;
 
@@ -782,6 +783,14 @@ public:
     // Writes the drawing to a file atomically: the old file stays intact
     // until the new one is complete. Clears the changed flag.
     bool SaveToFile(const QString& fileName);
+    // Writes the shapes as an ASCII DXF file (dxf/dxf_export.h): texts as
+    // TEXT entities. The file is replaced only once the whole text is ready;
+    // EFCreateError or EWriteError when it cannot be written. The canvas does
+    // not change.
+    void SaveToDxf(const QString& fileName);
+    // The same with texts as the closed outlines of their glyphs.
+    void SaveToDxf1(const QString& fileName);
+    void SaveToDxf(const QString& fileName, const TDxfExportOptions& options);
     // False, with the drawing untouched, for a file that is not a drawing
     // (IsZEMAFile); otherwise LoadFromStream through a read buffer.
     bool LoadFromFile(const QString& fileName);

@@ -1,0 +1,34 @@
+// Writing a canvas as an ASCII DXF file.
+//
+// The default form is a bare ENTITIES section in millimetres with the y axis
+// turned upward: k = 96 / 25.4 pixels per millimetre, DXF x = x / k and DXF
+// y = (H - y) / k with H the canvas control's height, z always "0.0". Every
+// entity sits on layer "0" without colour or line type; handles count from 20
+// and restart inside curved arcs and poly-Béziers, so they can repeat. Reals
+// are written with FloatToStr, so with the user's decimal separator. Shapes are
+// matched by their exact class, so an application's subclass of a shape class
+// is not written. docs/dxf.md has the shape-by-shape mapping.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace faroven {
+
+class TMyCAD;
+
+struct TDxfExportOptions {
+    // Texts as the closed outlines of their glyphs instead of TEXT entities,
+    // for receivers without the font.
+    bool GlyphOutlines = false;
+};
+
+// The file's lines, one per group code and one per value.
+QStringList DxfExportLines(TMyCAD& canvas, const TDxfExportOptions& options = {});
+
+// Writes the lines (CR LF line ends, Windows-1252) to the file in one step: the
+// old file is replaced only once the new one is complete. EFCreateError when
+// the file cannot be created, EWriteError when it cannot be written.
+void SaveDxfLines(const QStringList& lines, const QString& fileName);
+
+}  // namespace faroven
