@@ -54,8 +54,8 @@ bool TDXF2DImport::atGroup(int code, const char* value) const {
 
 bool TDXF2DImport::atSectionEnd() const { return m_reader->Eof() || atGroup(0, "ENDSEC"); }
 
-[[noreturn]] void TDXF2DImport::invalid() const {
-    throw EDXFImportError(QStringLiteral("Invalid DXF file."), m_reader->Name(), m_reader->CurrentLine());
+[[noreturn]] void TDXF2DImport::invalid(int line) const {
+    throw EDXFImportError(QStringLiteral("Invalid DXF file."), m_reader->Name(), line);
 }
 
 void TDXF2DImport::skip(const QString& entity, const QString& why) {
@@ -131,11 +131,11 @@ void TDXF2DImport::ReadTables() {
     TGroupTable entry;
     while (!atSectionEnd()) {
         entry.Clear();
-        if (!collectEntity(entry, nullptr)) return;
+        if (!collectEntity(entry, &m_groups)) return;
         if (text(entry, 0) != u"LAYER") continue;
         const QString name = text(entry, 2);
         if (m_canvas->GetLayerIdByName(name) >= 0) {
-            if (m_extension) m_extension->LayerRead(entry, m_canvas->GetLayerIdByName(name), false);
+            if (m_extension) m_extension->LayerRead(entry, m_groups, m_canvas->GetLayerIdByName(name), false);
             continue;
         }
         const int id = m_canvas->NewLayer(name, true);
@@ -144,7 +144,7 @@ void TDXF2DImport::ReadTables() {
             continue;
         }
         m_createdLayers.push_back(id);
-        if (m_extension) m_extension->LayerRead(entry, id, true);
+        if (m_extension) m_extension->LayerRead(entry, m_groups, id, true);
     }
 }
 
@@ -180,14 +180,14 @@ void TDXF2DImport::ReadBlock() {
 void TDXF2DImport::ReadSourceBlock() {
     while (!m_reader->Eof() && !atGroup(0, "ENDBLK") && !atGroup(0, "ENDSEC")) {
         if (TMyShape* shape = ReadEntity(true)) addImported(shape);
-        else if (m_reader->CurrentGroupCode() != 0 && !m_reader->Eof()) invalid();
+        else if (m_reader->CurrentGroupCode() != 0 && !m_reader->Eof()) invalid(m_reader->CurrentLine());
     }
 }
 
 void TDXF2DImport::ReadEntities() {
     while (!atSectionEnd()) {
         if (TMyShape* shape = ReadEntity(false)) addImported(shape);
-        else if (m_reader->CurrentGroupCode() != 0 && !m_reader->Eof()) invalid();
+        else if (m_reader->CurrentGroupCode() != 0 && !m_reader->Eof()) invalid(m_reader->CurrentLine());
     }
 }
 
@@ -404,15 +404,16 @@ TMyShape* TDXF2DImport::ReadPolyline2D(const TGroupTable& entry) {
     for (;;) {
         if (m_reader->Eof() || m_reader->CurrentGroupCode() != 0) {
             m_unsupported = true;
-            invalid();
+            invalid(m_reader->CurrentLine());
         }
         vertex.Clear();
+        const int line = m_reader->CurrentLine();
         const bool complete = collectEntity(vertex, nullptr);
         const QString name = text(vertex, 0);
         if (name == u"SEQEND") break;
         if (name != u"VERTEX" || !complete) {
             m_unsupported = true;
-            invalid();
+            invalid(line);
         }
         const int flags = integer(vertex, 70);
         if ((flags & 16) || ((flags & 128) && !(flags & 64))) continue;

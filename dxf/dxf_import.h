@@ -147,7 +147,7 @@ private:
     TMyShape* readBasicEntity(const QString& name, const TGroupTable& entry, bool inBlock);
     void addImported(TMyShape* shape);
     void skip(const QString& entity, const QString& why);
-    [[noreturn]] void invalid() const;
+    [[noreturn]] void invalid(int line) const;
     void commit();
     void rollback();
     int layerIdOf(const QString& name);

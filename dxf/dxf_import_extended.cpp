@@ -47,6 +47,14 @@ TPenStyle penStyleOfLineType(const QString& name) {
     return psSolid;
 }
 
+// Codes beyond 255 (true colour 420, line weight 370) have no slot in the
+// entry table; they are looked up in the entity's groups.
+const TVariant* find(const std::vector<TDxfGroup>& groups, int code) {
+    for (const TDxfGroup& g : groups)
+        if (g.code == code) return &g.value;
+    return nullptr;
+}
+
 TColor trueColor(int value) { return RGB((value >> 16) & 0xFF, (value >> 8) & 0xFF, value & 0xFF); }
 
 // The point of a B-spline of degree p at parameter t (de Boor), with weights.
@@ -123,25 +131,30 @@ QString PlainMText(const QString& source) {
 
 // ---- Styles and layers ------------------------------------------------------------------------
 
-void TDXF2DImport::Extension::LayerRead(const TGroupTable& entry, int layerId, bool created) {
+void TDXF2DImport::Extension::LayerRead(const TGroupTable& entry, const std::vector<TDxfGroup>& groups, int layerId,
+                                        bool created) {
     Style style;
     const int color = integer(entry, 62, 7);
-    style.color = entry.Has(420) ? trueColor(integer(entry, 420)) : DxfColorNumberToColor(std::abs(color));
-    style.widthHundredthsMm = std::max(0, integer(entry, 370, 0));
+    const TVariant* rgb = find(groups, 420);
+    style.color = rgb ? trueColor(int(rgb->AsInteger())) : DxfColorNumberToColor(std::abs(color));
+    const TVariant* weight = find(groups, 370);
+    style.widthHundredthsMm = weight ? std::max(0, int(weight->AsInteger())) : 0;
     style.penStyle = penStyleOfLineType(text(entry, 6));
     m_layerStyles.insert(Trim(text(entry, 2)), style);
     if (created && (color < 0 || (integer(entry, 70) & 1))) m_import.m_canvas->InVisibleLayerByID(layerId);
 }
 
-TDXF2DImport::Extension::Style TDXF2DImport::Extension::styleOf(const TGroupTable& entry) const {
+TDXF2DImport::Extension::Style TDXF2DImport::Extension::styleOf(const TGroupTable& entry,
+                                                                  const std::vector<TDxfGroup>& groups) const {
     const Style layer = m_layerStyles.value(Trim(text(entry, 8)), Style{});
     Style style;
     const int color = integer(entry, 62, 256);
-    if (entry.Has(420)) style.color = trueColor(integer(entry, 420));
+    if (const TVariant* rgb = find(groups, 420)) style.color = trueColor(int(rgb->AsInteger()));
     else if (color == 256) style.color = layer.color;
     else if (color == 0) style.color = m_blockStyle.color;
     else style.color = DxfColorNumberToColor(color);
-    const int weight = integer(entry, 370, -1);
+    const TVariant* weightValue = find(groups, 370);
+    const int weight = weightValue ? int(weightValue->AsInteger()) : -1;
     style.widthHundredthsMm = weight >= 0 ? weight : weight == -1 ? layer.widthHundredthsMm : weight == -2 ? m_blockStyle.widthHundredthsMm : 0;
     const QString lineType = text(entry, 6).toUpper();
     style.penStyle = lineType.isEmpty() || lineType == u"BYLAYER" ? layer.penStyle
@@ -172,7 +185,7 @@ TMyShape* TDXF2DImport::Extension::ReadEntity(const QString& name, const TGroupT
         expandInsert(entry, line);
         return nullptr;
     }
-    const Style style = styleOf(entry);
+    const Style style = styleOf(entry, groups);
     TMyShape* shape = nullptr;
     if (name == u"TEXT") shape = readText(entry);
     else if (name == u"MTEXT") shape = readMText(entry, groups);
@@ -431,7 +444,7 @@ void TDXF2DImport::Extension::expandInsert(const TGroupTable& entry, int line) {
     const int savedLayer = m_insertLayer;
     const std::array<double, 6> outer = m_import.m_transform;
     std::unique_ptr<TDXFRead> reader = TDXFRead::FromBytes(bytes, m_import.m_reader->Name());
-    m_blockStyle = styleOf(entry);
+    m_blockStyle = styleOf(entry, m_import.m_groups);
     m_insertLayer = m_import.m_currentLayerId;
     ++m_depth;
     auto restore = [&] {

@@ -18,7 +18,7 @@ public:
     // A LAYER table entry: its colour, line type and line weight for the
     // entities that take them from their layer; a layer switched off or
     // frozen is hidden when the import created it.
-    void LayerRead(const TGroupTable& entry, int layerId, bool created);
+    void LayerRead(const TGroupTable& entry, const std::vector<TDxfGroup>& groups, int layerId, bool created);
     // Keeps the block whose BLOCK entry was just read (the reader stands on
     // its first entity) for the references that expand it.
     void ReadBlockDefinition(const TGroupTable& header);
@@ -41,7 +41,7 @@ private:
         QByteArray entities;  // the block's groups as DXF text
     };
 
-    Style styleOf(const TGroupTable& entry) const;
+    Style styleOf(const TGroupTable& entry, const std::vector<TDxfGroup>& groups) const;
     void applyStyle(TMyShape* shape, const Style& style) const;
     void expandInsert(const TGroupTable& entry, int line);
     TMyShape* readText(const TGroupTable& entry);
