@@ -62,7 +62,7 @@ void TDXF2DImport::skip(const QString& entity, const QString& why) {
     m_unsupported = true;
     // The report is for people; a file of a million unknown entities need not fill memory.
     if (m_skipped.size() < 1000)
-        m_skipped << QStringLiteral("line %1: %2: %3").arg(m_reader->CurrentLine()).arg(entity, why);
+        m_skipped << QStringLiteral("line %1: %2: %3").arg(m_entityLine).arg(entity, why);
 }
 
 // ---- The walk ---------------------------------------------------------------------------------
@@ -215,7 +215,7 @@ int TDXF2DImport::layerIdOf(const QString& name) {
 
 TMyShape* TDXF2DImport::ReadEntity(bool inBlock) {
     TGroupTable entry;
-    const int line = m_reader->CurrentLine();
+    const int line = m_entityLine = m_reader->CurrentLine();
     if (!collectEntity(entry, &m_groups)) return nullptr;
     if (++m_entityCount % kProgressEvery == 0 && OnProgress) OnProgress(m_entityCount);
     const QString layerName = Trim(text(entry, 8));

@@ -177,6 +177,7 @@ private:
     QString m_lastLayerName;
     int m_lastLayerId = -1;
     int m_entityCount = 0;
+    int m_entityLine = 0;  // where the entity being read starts
     // The affine map of an expanded block reference (x' = a x + c y + e,
     // y' = b x + d y + f); the identity otherwise.
     std::array<double, 6> m_transform{1, 0, 0, 1, 0, 0};
