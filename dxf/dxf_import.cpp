@@ -40,12 +40,17 @@ TDXF2DImport::~TDXF2DImport() {
     for (auto& [shape, layer] : m_pending) delete shape;
 }
 
+// Coordinates beyond what a shape can hold are held at that limit, so that
+// a file cannot give a shape infinite or undefined points.
+static float saturated(double v) {
+    constexpr double limit = 1e30;
+    return std::isnan(v) ? 0.0f : float(std::clamp(v, -limit, limit));
+}
+
 TMyPoint TDXF2DImport::mm2Pixel(double x, double y) const {
     const auto& t = m_transform;
     const double tx = t[0] * x + t[2] * y + t[4], ty = t[1] * x + t[3] * y + t[5];
-    x = tx;
-    y = ty;
-    return ModeChange(TMyPoint{float((x + m_offSetX) * m_scalex), float((y + m_offSetY) * m_scaley)}, 0);
+    return ModeChange(TMyPoint{saturated((tx + m_offSetX) * m_scalex), saturated((ty + m_offSetY) * m_scaley)}, 0);
 }
 
 bool TDXF2DImport::atGroup(int code, const char* value) const {
@@ -70,6 +75,7 @@ void TDXF2DImport::skip(const QString& entity, const QString& why) {
 void TDXF2DImport::ReadDXF() {
     if (!m_canvas) return;
     m_unsupported = false;
+    m_readFailed = false;
     m_skipped.clear();
     m_entityCount = 0;
     m_createdLayers.clear();

@@ -66,7 +66,8 @@ public:
     ~TDXF2DImport() override;
 
     // Imports the whole file. Raises EConvertError for a bad number and
-    // EDXFImportError for a broken structure, both naming the line.
+    // EDXFImportError for a broken structure, both naming the line; ReadFailed
+    // tells afterwards whether the last import failed.
     void ReadDXF();
     // Rewinds and moves on section by section to the given one; false when
     // the file has none.
@@ -104,6 +105,10 @@ public:
     // The header's $EXTMIN/$EXTMAX (minimum first) and $ANGDIR.
     TRect2D Extents() const { return m_extents; }
     TArcDirection AngleDirection() const { return m_angleDirection; }
+    // The extended import stops expanding block references once this many
+    // entities have been read (and reports it). 2,000,000 by default.
+    int MaxExpandedEntities() const { return m_maxExpanded; }
+    void SetMaxExpandedEntities(int v) { m_maxExpanded = v; }
     // Called every 10,000 entities with the number read so far.
     std::function<void(int entities)> OnProgress;
 
@@ -163,6 +168,7 @@ private:
     bool m_reportUnsupported = false;
     bool m_keepPartial = false;
     bool m_extended = false;
+    int m_maxExpanded = 2'000'000;
     TRect2D m_extents;
     TArcDirection m_angleDirection = adCounterClockwise;
     QStringList m_skipped;

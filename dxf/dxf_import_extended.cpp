@@ -17,10 +17,10 @@ namespace {
 
 constexpr double kPi = std::numbers::pi;
 constexpr double kDegree = kPi / 180;
-// Block references nest at most this deep, and expand to at most this many
-// entities in one import, so that a small file cannot ask for unbounded work.
+// Block references nest at most this deep, and an array reference makes at
+// most this many copies, so that a small file cannot ask for unbounded work
+// (the importer's MaxExpandedEntities bounds the total).
 constexpr int kMaxInsertDepth = 16;
-constexpr int kMaxExpandedEntities = 5'000'000;
 constexpr int kMaxArrayCopies = 100'000;
 
 double real(const TGroupTable& entry, int code, double fallback = 0) {
@@ -280,10 +280,11 @@ TMyShape* TDXF2DImport::Extension::readEllipse(const TGroupTable& entry) {
     const double cx = real(entry, 10), cy = real(entry, 20), ux = real(entry, 11), uy = real(entry, 21);
     const double ratio = real(entry, 40, 1);
     const double start = real(entry, 41, 0);
-    double end = real(entry, 42, 2 * kPi);
-    if (!std::isfinite(start) || !std::isfinite(end)) return nullptr;
-    while (end <= start) end += 2 * kPi;
-    if (end - start >= 2 * kPi - 1e-9) return ellipseShape(cx, cy, ux, uy, ratio);
+    double span = real(entry, 42, 2 * kPi) - start;
+    // Parameters run counter-clockwise; a span of a turn or more is whole.
+    if (span <= 0) span = std::fmod(span, 2 * kPi) + 2 * kPi;
+    if (!std::isfinite(span) || span >= 2 * kPi - 1e-9) return ellipseShape(cx, cy, ux, uy, ratio);
+    const double end = start + span;
     const int steps = std::max(4, int(std::ceil((end - start) / (2 * kDegree))));
     auto* arc = new TMyPolyLine(m_import.m_canvas);
     for (int i = 0; i <= steps; ++i) {
@@ -458,9 +459,10 @@ void TDXF2DImport::Extension::expandInsert(const TGroupTable& entry, int line) {
     try {
         for (int row = 0; row < rows; ++row) {
             for (int column = 0; column < columns; ++column) {
-                if (m_import.m_entityCount > kMaxExpandedEntities) {
+                if (m_import.m_entityCount > m_import.m_maxExpanded) {
                     restore();
-                    m_import.skip(QStringLiteral("INSERT"), QStringLiteral("more than %1 entities after expanding blocks").arg(kMaxExpandedEntities));
+                    m_import.skip(QStringLiteral("INSERT"),
+                                  QStringLiteral("more than %1 entities after expanding blocks").arg(m_import.m_maxExpanded));
                     return;
                 }
                 // Local map: p -> R (S (p - base) + spacing) + insertion.

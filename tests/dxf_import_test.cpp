@@ -11,6 +11,7 @@
 #include "cad/shapes/text.h"
 #include "dxf/dxf_export.h"
 #include "dxf/dxf_import.h"
+#include "fuzz/dxf_import_harness.h"
 #include "platform/stream.h"
 
 #include <QDirIterator>
@@ -363,6 +364,20 @@ TEST_F(DxfImport, ThirdPartyPartLibraries) {
     EXPECT_GT(files, 100);
     EXPECT_TRUE(failures.isEmpty()) << failures.join('\n').toStdString();
     EXPECT_GT(withShapes, files * 9 / 10);
+}
+
+// The fuzz target's seeds and the inputs it once failed on, through its own checks.
+TEST(DxfImportFuzzReplay, EveryStoredInput) {
+    int replayed = 0;
+    for (QDirIterator it(QStringLiteral(FAROVEN_TEST_DATA "/../../fuzz/corpus/dxf_import_fuzzer"), QDir::Files); it.hasNext();) {
+        QFile file(it.next());
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        const QByteArray bytes = file.readAll();
+        SCOPED_TRACE(it.filePath().toStdString());
+        faroven::fuzz::runDxfImport(reinterpret_cast<const uint8_t*>(bytes.constData()), size_t(bytes.size()));
+        ++replayed;
+    }
+    EXPECT_GE(replayed, 4);
 }
 
 }  // namespace
