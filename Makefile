@@ -4,6 +4,10 @@
 PACKAGES := cmake ninja-build g++ make ccache pkg-config qt6-base-dev qt6-svg-dev qt6-qpa-plugins \
             libgl-dev googletest libgtest-dev libgmock-dev libbenchmark-dev fonts-dejavu-core
 FUZZ_PACKAGES := clang-14 libclang-rt-14-dev
+# Independent programs the tests check our DXF files with, and the DXF parser
+# the benchmark compares against.
+TEST_PACKAGES := python3-ezdxf librecad librecad-data poppler-utils
+BENCH_PACKAGES := libdxflib-dev
 FUZZ_SECONDS ?= 60
 
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
@@ -37,11 +41,13 @@ run: deps
 	fi
 
 test: deps
+	$(call install_missing,$(TEST_PACKAGES))
 	cmake -S . -B build/debug -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG="-g -O1" -DFAROVEN_SANITIZE=ON
 	cmake --build build/debug
 	cd build/debug && QT_QPA_PLATFORM=offscreen ctest --output-on-failure -j2
 
 bench: deps
+	$(call install_missing,$(BENCH_PACKAGES))
 	cmake -S . -B build/bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DFAROVEN_BUILD_TESTS=OFF -DFAROVEN_BUILD_APPS=OFF -DFAROVEN_BUILD_BENCH=ON
 	cmake --build build/bench
 	@for b in build/bench/bench/*_bench; do echo "== $$b"; QT_QPA_PLATFORM=offscreen $$b || exit 1; done
