@@ -11,6 +11,7 @@
 #include "platform/ansi.h"
 #include "platform/convert.h"
 
+#include <QBuffer>
 #include <QSaveFile>
 #include <cmath>
 #include <numbers>
@@ -28,25 +29,40 @@ enum class EllipseCase { None, One, Two, Three, Four };
 
 class EntitiesWriter {
 public:
-    EntitiesWriter(TMyCAD& canvas, bool glyphOutlines)
-        : m_canvas(canvas), m_glyphOutlines(glyphOutlines), m_height(canvas.Height()) {}
+    // The text goes to the device a megabyte at a time.
+    EntitiesWriter(TMyCAD& canvas, bool glyphOutlines, QIODevice& device)
+        : m_canvas(canvas), m_glyphOutlines(glyphOutlines), m_height(canvas.Height()), m_device(device) {
+        m_out.reserve(kChunk + 4096);
+    }
 
-    QStringList Write() {
+    void Write() {
         group(0, "SECTION");
         group(2, "ENTITIES");
         for (TMyShape* shape : m_canvas.MyShapes()) writeShape(shape);
         group(0, "ENDSEC");
         group(0, "EOF");
-        return std::move(m_lines);
+        flush();
     }
 
 private:
-    void group(int code, const QString& value) {
-        m_lines << QString::number(code) << value;
+    static constexpr qsizetype kChunk = 1 << 20;
+
+    void flush() {
+        if (m_device.write(m_out) != m_out.size())
+            throw EWriteError(QStringLiteral("Cannot write the DXF text. %1").arg(m_device.errorString()));
+        m_out.resize(0);
     }
-    void group(int code, const char* value) { group(code, QString::fromLatin1(value)); }
+    void group(int code, const QByteArray& value) {
+        m_out += QByteArray::number(code);
+        m_out += "\r\n";
+        m_out += value;
+        m_out += "\r\n";
+        if (m_out.size() > kChunk) flush();
+    }
+    void group(int code, const QString& value) { group(code, ToAnsi(value)); }
+    void group(int code, const char* value) { group(code, QByteArray(value)); }
     void real(int code, double value) { group(code, FloatToStr(value)); }
-    void handle() { group(5, QString::number(m_handle++)); }
+    void handle() { group(5, QByteArray::number(m_handle++)); }
     void x(int code, double px) { real(code, px / kPixelsPerMm); }
     void y(int code, double py) { real(code, (m_height - py) / kPixelsPerMm); }
     void point(int code, TMyPoint p) {
@@ -277,7 +293,8 @@ private:
     TMyCAD& m_canvas;
     const bool m_glyphOutlines;
     const double m_height;
-    QStringList m_lines;
+    QIODevice& m_device;
+    QByteArray m_out;
     int m_handle = 20;
     EllipseCase m_case = EllipseCase::None;
     double m_rx = 0, m_ry = 0;
@@ -285,20 +302,34 @@ private:
 
 }  // namespace
 
-QStringList DxfExportLines(TMyCAD& canvas, const TDxfExportOptions& options) {
-    return EntitiesWriter(canvas, options.GlyphOutlines).Write();
+void WriteDxf(TMyCAD& canvas, QIODevice& device, const TDxfExportOptions& options) {
+    EntitiesWriter(canvas, options.GlyphOutlines, device).Write();
 }
 
-void SaveDxfLines(const QStringList& lines, const QString& fileName) {
+QByteArray DxfExportBytes(TMyCAD& canvas, const TDxfExportOptions& options) {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    WriteDxf(canvas, buffer, options);
+    return bytes;
+}
+
+QStringList DxfExportLines(TMyCAD& canvas, const TDxfExportOptions& options) {
+    const QByteArray bytes = DxfExportBytes(canvas, options);
+    QStringList lines;
+    for (qsizetype start = 0, end; (end = bytes.indexOf("\r\n", start)) >= 0; start = end + 2)
+        lines << FromAnsi(bytes.constData() + start, int(end - start));
+    return lines;
+}
+
+void SaveToDxfFile(TMyCAD& canvas, const QString& fileName, const TDxfExportOptions& options) {
+    // The text is written beside the old file, which it replaces only when
+    // complete: a failed export leaves the old file as it was.
     QSaveFile file(fileName);
     if (!file.open(QIODevice::WriteOnly))
         throw EFCreateError(QStringLiteral("Cannot create file \"%1\". %2").arg(fileName, file.errorString()));
-    QByteArray bytes;
-    for (const QString& line : lines) {
-        bytes += ToAnsi(line);
-        bytes += "\r\n";
-    }
-    if (file.write(bytes) != bytes.size() || !file.commit())
+    WriteDxf(canvas, file, options);
+    if (!file.commit())
         throw EWriteError(QStringLiteral("Cannot write file \"%1\". %2").arg(fileName, file.errorString()));
 }
 

@@ -10,6 +10,8 @@
 // is not written. docs/dxf.md has the shape-by-shape mapping.
 #pragma once
 
+#include <QByteArray>
+#include <QIODevice>
 #include <QString>
 #include <QStringList>
 
@@ -23,12 +25,16 @@ struct TDxfExportOptions {
     bool GlyphOutlines = false;
 };
 
-// The file's lines, one per group code and one per value.
+// Writes the DXF text (Windows-1252, CR LF line ends) to the device;
+// EWriteError when the device fails.
+void WriteDxf(TMyCAD& canvas, QIODevice& device, const TDxfExportOptions& options = {});
+// The text as bytes, and as lines (one per group code and one per value).
+QByteArray DxfExportBytes(TMyCAD& canvas, const TDxfExportOptions& options = {});
 QStringList DxfExportLines(TMyCAD& canvas, const TDxfExportOptions& options = {});
 
-// Writes the lines (CR LF line ends, Windows-1252) to the file in one step: the
-// old file is replaced only once the new one is complete. EFCreateError when
-// the file cannot be created, EWriteError when it cannot be written.
-void SaveDxfLines(const QStringList& lines, const QString& fileName);
+// Writes the file in one step: the old file is replaced only once the new
+// one is complete. EFCreateError when the file cannot be created, EWriteError
+// when it cannot be written. TMyCAD::SaveToDxf calls this.
+void SaveToDxfFile(TMyCAD& canvas, const QString& fileName, const TDxfExportOptions& options = {});
 
 }  // namespace faroven

@@ -25,6 +25,30 @@ int integer(const TGroupTable& entry, int code) { return entry.Value(code).IsEmp
 QString text(const TGroupTable& entry, int code) { return entry.Value(code).IsEmpty() ? QString() : entry.Value(code).AsString(); }
 }  // namespace
 
+class TDXF2DImport::EntryLease {
+public:
+    explicit EntryLease(TDXF2DImport& import) : m_import(import) {
+        auto& pool = import.m_entries;
+        if (import.m_entriesInUse == pool.size()) pool.push_back(std::make_unique<PooledEntry>());
+        m_entry = pool[import.m_entriesInUse++].get();
+        for (int code : m_entry->filled) m_entry->table.SetValue(code, TVariant());
+        m_entry->filled.clear();
+    }
+    ~EntryLease() { --m_import.m_entriesInUse; }
+    EntryLease(const EntryLease&) = delete;
+    EntryLease& operator=(const EntryLease&) = delete;
+    TGroupTable& table() { return m_entry->table; }
+    std::vector<int>* filled() { return &m_entry->filled; }
+    void clear() {
+        for (int code : m_entry->filled) m_entry->table.SetValue(code, TVariant());
+        m_entry->filled.clear();
+    }
+
+private:
+    TDXF2DImport& m_import;
+    PooledEntry* m_entry;
+};
+
 TDXF2DImport::TDXF2DImport(const QString& fileName, TMyCAD* canvas)
     : TDXF2DImport(std::make_unique<TDXFRead>(fileName), canvas) {}
 
@@ -197,7 +221,7 @@ void TDXF2DImport::ReadEntities() {
     }
 }
 
-bool TDXF2DImport::collectEntity(TGroupTable& entry, std::vector<TDxfGroup>* groups) {
+bool TDXF2DImport::collectEntity(TGroupTable& entry, std::vector<TDxfGroup>* groups, std::vector<int>* filled) {
     if (groups) groups->clear();
     // Stand on the next 0 group first.
     while (m_reader->CurrentGroupCode() != 0)
@@ -205,6 +229,7 @@ bool TDXF2DImport::collectEntity(TGroupTable& entry, std::vector<TDxfGroup>* gro
     do {
         const uint16_t code = m_reader->CurrentGroupCode();
         entry.SetValue(code, m_reader->CurrentValue());
+        if (filled) filled->push_back(code);
         if (groups) groups->push_back(TDxfGroup{code, m_reader->CurrentValue()});
         if (!m_reader->ConsumeGroup()) return !m_reader->Eof() || m_reader->CurrentGroupCode() == 0;
     } while (m_reader->CurrentGroupCode() != 0);
@@ -220,9 +245,10 @@ int TDXF2DImport::layerIdOf(const QString& name) {
 }
 
 TMyShape* TDXF2DImport::ReadEntity(bool inBlock) {
-    TGroupTable entry;
+    EntryLease lease(*this);
+    TGroupTable& entry = lease.table();
     const int line = m_entityLine = m_reader->CurrentLine();
-    if (!collectEntity(entry, &m_groups)) return nullptr;
+    if (!collectEntity(entry, &m_groups, lease.filled())) return nullptr;
     if (++m_entityCount % kProgressEvery == 0 && OnProgress) OnProgress(m_entityCount);
     const QString layerName = Trim(text(entry, 8));
     int layer = -1;
@@ -406,15 +432,16 @@ TMyShape* TDXF2DImport::ReadLWPolyline2D(const TGroupTable& entry) {
 TMyShape* TDXF2DImport::ReadPolyline2D(const TGroupTable& entry) {
     const bool closed = integer(entry, 70) & 1;
     auto polyline = std::make_unique<TMyPolyLine>(m_canvas);
-    TGroupTable vertex;
+    EntryLease lease(*this);
+    TGroupTable& vertex = lease.table();
     for (;;) {
         if (m_reader->Eof() || m_reader->CurrentGroupCode() != 0) {
             m_unsupported = true;
             invalid(m_reader->CurrentLine());
         }
-        vertex.Clear();
+        lease.clear();
         const int line = m_reader->CurrentLine();
-        const bool complete = collectEntity(vertex, nullptr);
+        const bool complete = collectEntity(vertex, nullptr, lease.filled());
         const QString name = text(vertex, 0);
         if (name == u"SEQEND") break;
         if (name != u"VERTEX" || !complete) {

@@ -143,12 +143,20 @@ public:
 private:
     class Extension;
     friend class Extension;
+    // An entry table (513 slots, costly to make and to empty) lent out per
+    // nesting level of ReadEntity; only the slots an entity filled are
+    // emptied for the next one.
+    struct PooledEntry {
+        TGroupTable table;
+        std::vector<int> filled;
+    };
+    class EntryLease;
 
     explicit TDXF2DImport(std::unique_ptr<TDXFRead> reader, TMyCAD* canvas);
     bool atSectionEnd() const;
     bool atGroup(int code, const char* value) const;
     // Collects one entity into the table and the group list; false at the end of the file.
-    bool collectEntity(TGroupTable& entry, std::vector<TDxfGroup>* groups);
+    bool collectEntity(TGroupTable& entry, std::vector<TDxfGroup>* groups, std::vector<int>* filled = nullptr);
     TMyShape* readBasicEntity(const QString& name, const TGroupTable& entry, bool inBlock);
     void addImported(TMyShape* shape);
     void skip(const QString& entity, const QString& why);
@@ -188,6 +196,8 @@ private:
     // y' = b x + d y + f); the identity otherwise.
     std::array<double, 6> m_transform{1, 0, 0, 1, 0, 0};
     std::unique_ptr<Extension> m_extension;
+    std::vector<std::unique_ptr<PooledEntry>> m_entries;
+    size_t m_entriesInUse = 0;
 };
 
 }  // namespace faroven

@@ -149,6 +149,7 @@ private:
     bool m_atEnd = false;
     int m_line = 0;
     std::unique_ptr<TTextFileReader> m_text;
+    QByteArray m_valueBytes;
 };
 
 // ---------------------------------------------------------------- writer

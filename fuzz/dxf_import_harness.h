@@ -23,16 +23,23 @@ inline void runDxfImport(const uint8_t* data, size_t size) {
         fillCanvas(cad);
         const QByteArray before = savedBytes(cad);
         const int layers = cad.GetLayersCount(), current = cad.CurrentLayerId();
-        TDXF2DImport importer(bytes, &cad);
-        importer.SetExtended(extended);
-        // Keeps block expansion small enough for the fuzzer's time and memory.
-        importer.SetMaxExpandedEntities(20'000);
+        // The reader reads up to the first section when it is made, so a bad
+        // number there raises from the constructor.
+        std::unique_ptr<TDXF2DImport> importer;
+        bool failed = false;
         try {
-            importer.ReadDXF();
+            importer = std::make_unique<TDXF2DImport>(bytes, &cad);
+            importer->SetExtended(extended);
+            // Keeps block expansion small enough for the fuzzer's time and memory.
+            importer->SetMaxExpandedEntities(20'000);
+            importer->ReadDXF();
         } catch (const EConvertError&) {
+            failed = true;
         } catch (const EDXFImportError&) {
+            failed = true;
         }
-        if (importer.ReadFailed()) {
+        if (importer && importer->ReadFailed() != failed) failDrawing("ReadFailed does not tell the failure");
+        if (failed) {
             if (savedBytes(cad) != before) failDrawing("a failed import changed the drawing");
             if (cad.GetLayersCount() != layers || cad.CurrentLayerId() != current)
                 failDrawing("a failed import changed the layers");

@@ -3,6 +3,7 @@
 #include <QLocale>
 #include <atomic>
 #include <cerrno>
+#include <algorithm>
 #include <charconv>
 #include <clocale>
 #include <cmath>
@@ -157,41 +158,46 @@ QString withSeparator(const char* begin, const char* end) {
 QString FloatToStr(double value) {
     if (!std::isfinite(value)) return specialFloat(value);
     if (value == 0) return QStringLiteral("0");
-    // 15 significant digits in scientific form: [-]d.dddddddddddddde[+-]xx
-    char buffer[64];
-    const auto res = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::scientific, 14);
-    const std::string sci(buffer, res.ptr);
-    const size_t ePos = sci.find('e');
+    // 15 significant digits in scientific form: [-]d.dddddddddddddde[+-]xx,
+    // rewritten in place (this runs for every number of a DXF export).
+    char sci[40];
+    const auto res = std::to_chars(sci, sci + sizeof sci, value, std::chars_format::scientific, 14);
+    const char* e = std::find(sci, res.ptr, 'e');
     const bool negative = sci[0] == '-';
-    std::string mantissa;
-    for (size_t k = negative ? 1 : 0; k < ePos; ++k)
-        if (sci[k] != '.') mantissa.push_back(sci[k]);
-    while (mantissa.size() > 1 && mantissa.back() == '0') mantissa.pop_back();
-    const int exponent = std::stoi(sci.substr(ePos + 1));
-    std::string out = negative ? "-" : "";
+    char mantissa[24];
+    int m = 0;
+    for (const char* p = sci + (negative ? 1 : 0); p < e; ++p)
+        if (*p != '.') mantissa[m++] = *p;
+    while (m > 1 && mantissa[m - 1] == '0') --m;
+    int exponent = 0;
+    std::from_chars(e + 1 + (e[1] == '+' ? 1 : 0), res.ptr, exponent);
+    char out[48];
+    int n = 0;
+    if (negative) out[n++] = '-';
     if (exponent >= -5 && exponent < 15) {
         if (exponent < 0) {
-            out += "0.";
-            out.append(size_t(-exponent - 1), '0');
-            out += mantissa;
-        } else if (size_t(exponent) + 1 >= mantissa.size()) {
-            out += mantissa;
-            out.append(size_t(exponent) + 1 - mantissa.size(), '0');
+            out[n++] = '0';
+            out[n++] = '.';
+            for (int k = 0; k < -exponent - 1; ++k) out[n++] = '0';
+            for (int k = 0; k < m; ++k) out[n++] = mantissa[k];
+        } else if (exponent + 1 >= m) {
+            for (int k = 0; k < m; ++k) out[n++] = mantissa[k];
+            for (int k = 0; k < exponent + 1 - m; ++k) out[n++] = '0';
         } else {
-            out += mantissa.substr(0, size_t(exponent) + 1);
-            out += '.';
-            out += mantissa.substr(size_t(exponent) + 1);
+            for (int k = 0; k <= exponent; ++k) out[n++] = mantissa[k];
+            out[n++] = '.';
+            for (int k = exponent + 1; k < m; ++k) out[n++] = mantissa[k];
         }
     } else {
-        out += mantissa[0];
-        if (mantissa.size() > 1) {
-            out += '.';
-            out += mantissa.substr(1);
+        out[n++] = mantissa[0];
+        if (m > 1) {
+            out[n++] = '.';
+            for (int k = 1; k < m; ++k) out[n++] = mantissa[k];
         }
-        out += 'E';
-        out += std::to_string(exponent);
+        out[n++] = 'E';
+        n = int(std::to_chars(out + n, out + sizeof out, exponent).ptr - out);
     }
-    return withSeparator(out.data(), out.data() + out.size());
+    return withSeparator(out, out + n);
 }
 
 QString FormatFloatFixed(double value, int decimals) {

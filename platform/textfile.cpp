@@ -109,6 +109,30 @@ QByteArray TTextFileReader::ReadLine() {
     return line;
 }
 
+QByteArrayView TTextFileReader::ReadLineView() {
+    if (Eof()) return {};
+    // Eof() left an unread byte in the buffer. A line that ends inside the
+    // buffer (a CR not as its last byte, where an LF might follow in the
+    // next chunk) is handed out in place; any other takes the copying path.
+    const char* begin = m_buffer.constData() + m_pos;
+    const char* end = m_buffer.constData() + m_buffer.size();
+    const char* p = begin;
+    while (p != end && *p != '\n' && *p != '\r' && *p != kCtrlZ) ++p;
+    if (p == end || (*p == '\r' && p + 1 == end) || p - begin > m_maxLineLength) {
+        m_scratch = ReadLine();
+        return m_scratch;
+    }
+    ++m_lineNumber;
+    m_pos += p - begin;
+    if (*p == kCtrlZ) {
+        m_ctrlZ = true;
+    } else {
+        ++m_pos;
+        if (*p == '\r' && m_buffer.at(m_pos) == '\n') ++m_pos;
+    }
+    return QByteArrayView(begin, p - begin);
+}
+
 // ---------------------------------------------------------------- writer
 
 TTextFileWriter::TTextFileWriter(const QString& fileName)

@@ -38,6 +38,9 @@ public:
     bool Eof();
     // The next line without its line end; an empty line at the end of the text.
     QByteArray ReadLine();
+    // The same line as a view, valid until the next ReadLine, ReadLineView,
+    // Eof or Reset: no copy when the line lies whole in the read buffer.
+    QByteArrayView ReadLineView();
     // Back to the start: a file is closed and opened again, a stream is sought
     // back to where it stood when the reader was made.
     void Reset();
@@ -60,6 +63,7 @@ private:
     QByteArray m_bytes;      // the whole text when reading from memory
     bool m_fromMemory = false;
     QByteArray m_buffer;
+    QByteArray m_scratch;    // a line that ReadLineView had to assemble
     qsizetype m_pos = 0;
     bool m_exhausted = false;
     bool m_ctrlZ = false;
@@ -100,6 +104,7 @@ private:
     TStream* m_stream = nullptr;
     int64_t m_streamStart = 0;
     QByteArray m_buffer;
+    QByteArray m_scratch;    // a line that ReadLineView had to assemble
 };
 
 }  // namespace faroven

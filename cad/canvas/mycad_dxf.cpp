@@ -13,7 +13,7 @@ void TMyCAD::SaveToDxf1(const QString& fileName) {
 }
 
 void TMyCAD::SaveToDxf(const QString& fileName, const TDxfExportOptions& options) {
-    SaveDxfLines(DxfExportLines(*this, options), fileName);
+    SaveToDxfFile(*this, fileName, options);
 }
 
 }  // namespace faroven
