@@ -12,6 +12,7 @@
 #include "platform/system.h"
 
 #include <cmath>
+#include <limits>
 #include <numbers>
 
 namespace faroven {
@@ -294,6 +295,7 @@ void TDXF2DImport::commit() {
         for (auto& [shape, layer] : m_pending)
             if (layer < 0) layer = m_createdLayers.back();
     }
+    placeInDestRegion();
     std::vector<TMyShape*> added;
     added.reserve(m_pending.size());
     for (auto& [shape, layer] : m_pending) {
@@ -314,6 +316,21 @@ void TDXF2DImport::commit() {
     for (TMyShape* shape : added) m_canvas->AddWorkingShapes(shape);
     m_canvas->PushtoUndoRedoShapeList(added, QString::fromLatin1(ACT_ADD));
     m_canvas->Invalidate();
+}
+
+// With a destination region, the shapes read move together so that the top
+// left corner of their bounds lies on the region's (an import that keeps
+// partial results adds shapes one by one and is not moved).
+void TDXF2DImport::placeInDestRegion() {
+    const TRect& region = m_destRegion;
+    if (m_keepPartial || (region.right <= region.left && region.bottom <= region.top) || m_pending.empty()) return;
+    float left = std::numeric_limits<float>::max(), top = left;
+    for (const auto& [shape, layer] : m_pending) {
+        const TMyRect b = shape->GetBounds();
+        left = std::min(left, b.left);
+        top = std::min(top, b.top);
+    }
+    for (const auto& [shape, layer] : m_pending) shape->DragChangeValuedxdy(region.left - double(left), region.top - double(top));
 }
 
 // Undoes what a failed import did to the canvas: the waiting shapes go, the

@@ -75,6 +75,10 @@ public:
 
     TFont* DefaultFont() { return &m_defaultFont; }
     void SetDefaultFont(const TFont& font) { m_defaultFont.Assign(font); }
+    // With a region that is not empty, the imported shapes are moved together
+    // so that the top left corner of their bounds lies on the region's top
+    // left corner (all-or-nothing imports only). Empty (0, 0, 0, 0) by default:
+    // the mapping alone places them.
     TRect DestRegion() const { return m_destRegion; }
     void SetDestRegion(const TRect& rect) { m_destRegion = rect; }
     float OffSetX() const { return m_offSetX; }
@@ -162,6 +166,7 @@ private:
     void skip(const QString& entity, const QString& why);
     [[noreturn]] void invalid(int line) const;
     void commit();
+    void placeInDestRegion();
     void rollback();
     int layerIdOf(const QString& name);
 

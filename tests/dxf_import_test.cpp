@@ -118,6 +118,12 @@ TEST_F(DxfImport, PointsGoThroughOffsetsAndScales) {
         i.SetScaley(-3);
     });
     expectPoints(shape(1), {{12, 0}, {14, 6}});
+
+    // A destination region moves what was read to its top left corner.
+    import(entities("0 LINE|10 3|20 4|11 5|21 1|0 CIRCLE|10 0|20 0|40 1"),
+           [](TDXF2DImport& i) { i.SetDestRegion(TRect{100, 50, 101, 51}); });
+    expectPoints(shape(2), {{104, 55}, {106, 52}});
+    expectPoints(shape(3), {{100, 50}, {102, 50}, {102, 52}, {100, 52}});
 }
 
 TEST_F(DxfImport, EntityReaders) {

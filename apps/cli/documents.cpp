@@ -70,12 +70,9 @@ QStringList OpenInto(TMyCAD& canvas, const QString& path, const DxfOptions& opti
         importer.SetScaley(float(-kPixelsPerMm * options.scale));
         importer.SetOffSetX(float(options.offsetX));
         importer.SetOffSetY(float(options.offsetY));
+        if (!options.offsetGiven) importer.SetDestRegion(TRect{0, 0, 1, 1});
         if (progress) importer.OnProgress = [&](int entities) { progress(QStringLiteral("Importing"), entities, 0); };
         importer.ReadDXF();
-        TMyRect box;
-        if (!options.offsetGiven && drawingBounds(canvas, box))
-            for (TMyShape* shape : canvas.MyShapes())
-                if (!shape->HasParentShape()) shape->DragChangeValuedxdy(-box.left, -box.top);
         return importer.Skipped();
     }
     case FileKind::Library:

@@ -1,5 +1,6 @@
 #include "file_actions.h"
 
+#include "dxf_actions.h"
 #include "recent_files.h"
 
 #include "platform/stream.h"
@@ -83,6 +84,9 @@ FileActions::FileActions(TMyCAD* cad, QMainWindow* window)
     menu->addSeparator();
     QAction* blockAction = menu->addAction(tr("&Insert drawing as block…"));
     connect(blockAction, &QAction::triggered, this, &FileActions::insertBlock);
+    menu->addSeparator();
+    m_dxf = new DxfActions(cad, window, menu);
+    connect(m_dxf, &DxfActions::changed, this, &FileActions::changed);
     menu->addSeparator();
     QAction* quitAction = menu->addAction(tr("&Quit"));
     quitAction->setShortcut(QKeySequence::Quit);

@@ -8,6 +8,7 @@
 
 #include <QObject>
 
+class DxfActions;
 class QAction;
 class QMainWindow;
 class RecentFiles;
@@ -30,6 +31,7 @@ public:
     // Before the drawing goes: true when it has no unsaved changes or the
     // user saved or discarded them; false when they cancelled or the save failed.
     bool maySaveOrDiscard();
+    DxfActions* dxf() const { return m_dxf; }
     // Enables Revert, which needs a file.
     void update();
 
@@ -57,4 +59,5 @@ private:
     DocumentState m_document;
     RecentFiles* m_recent = nullptr;
     QAction* m_revert = nullptr;
+    DxfActions* m_dxf = nullptr;
 };

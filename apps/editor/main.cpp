@@ -23,7 +23,7 @@ int main(int argc, char** argv) {
     parser.addOption(zoom);
     QCommandLineOption empty("empty", "Start with an empty page instead of the sample drawing.");
     parser.addOption(empty);
-    parser.addPositionalArgument("drawing", "The drawing (.fvd) to open.", "[drawing]");
+    parser.addPositionalArgument("drawing", "The drawing (.fvd) to open, or a DXF file (.dxf) to import.", "[drawing]");
     parser.process(app);
     const QString drawing = parser.positionalArguments().value(0);
 

@@ -2,6 +2,7 @@
 
 #include "arrange_actions.h"
 #include "canvas_menu.h"
+#include "dxf_actions.h"
 #include "edit_actions.h"
 #include "file_actions.h"
 #include "layer_panel.h"
@@ -13,6 +14,7 @@
 
 #include <QAction>
 #include <QCloseEvent>
+#include <QFileInfo>
 #include <QLabel>
 #include <QMenuBar>
 #include <QStatusBar>
@@ -118,7 +120,12 @@ void MainWindow::updateTitle() {
     setWindowModified(m_file->document().isModified());
 }
 
-bool MainWindow::openFile(const QString& fileName) { return m_file->openFile(fileName); }
+// A DXF file is imported into the page; anything else is opened as a drawing.
+bool MainWindow::openFile(const QString& fileName) {
+    if (QFileInfo(fileName).suffix().compare(QStringLiteral("dxf"), Qt::CaseInsensitive) == 0)
+        return m_file->dxf()->importFile(fileName);
+    return m_file->openFile(fileName);
+}
 
 void MainWindow::setStartZoom(double zoom) {
     m_startZoom = zoom;
