@@ -104,7 +104,7 @@ void TDXF2DImport::ReadDXF() {
     m_skipped.clear();
     m_entityCount = 0;
     m_createdLayers.clear();
-    m_currentLayerId = m_canvas->CurrentLayerId();
+    m_currentLayerId = m_layerBefore = m_canvas->CurrentLayerId();
     m_lastLayerName.clear();
     m_lastLayerId = -1;
     if (m_extended) m_extension = std::make_unique<Extension>(*this);
@@ -338,10 +338,9 @@ void TDXF2DImport::placeInDestRegion() {
 void TDXF2DImport::rollback() {
     for (auto& [shape, layer] : m_pending) delete shape;
     m_pending.clear();
-    const int current = m_canvas->CurrentLayerId();
     for (int id : m_createdLayers) m_canvas->DeleteLayerByID(id);
     m_createdLayers.clear();
-    m_canvas->SetCurrentLayerId(current);
+    m_canvas->SetCurrentLayerId(m_layerBefore);
 }
 
 // ---- Entities ---------------------------------------------------------------------------------

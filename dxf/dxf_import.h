@@ -193,6 +193,7 @@ private:
     std::vector<std::pair<TMyShape*, int>> m_pending;
     std::vector<int> m_createdLayers;
     int m_currentLayerId = -1;
+    int m_layerBefore = -1;  // the canvas's current layer when the import began
     QString m_lastLayerName;
     int m_lastLayerId = -1;
     int m_entityCount = 0;
