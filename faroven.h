@@ -38,6 +38,7 @@
 #include "cad/shapes/text.h"
 #include "cad/types.h"
 #include "dxf/dxf_primitives.h"
+#include "dxf/dxf_interchange.h"
 #include "platform/ansi.h"
 #include "platform/bitmap.h"
 #include "platform/canvas.h"
