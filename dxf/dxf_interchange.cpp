@@ -207,6 +207,7 @@ private:
     // ---- entities
     void writeShape(TMyShape* shape);
     Look lookOf(const TMyShape* shape, TColor color) const;
+    Look textLook(const TMyText* shape) const;
     void entityHead(const char* type, const Look& look, const char* subclass);
     void line(const Look& look, Vec a, Vec b);
     void polyline(const Look& look, const std::vector<Vec>& pts, bool closed);
@@ -674,6 +675,14 @@ Look Exporter::lookOf(const TMyShape* shape, TColor color) const {
     return look;
 }
 
+// The letters take the font's colour and are drawn whole, whatever the pen.
+Look Exporter::textLook(const TMyText* shape) const {
+    Look look = lookOf(shape, shape->FontRef().Color());
+    look.lineType = QStringLiteral("Continuous");
+    look.invisible = !shape->Visible();
+    return look;
+}
+
 void Exporter::entityHead(const char* type, const Look& look, const char* subclass) {
     Writer& w = m_entities;
     w.group(0, type);
@@ -953,7 +962,7 @@ void Exporter::text(TMyText* shape) {
     if (shape->GetPointsCount() < 4) return;
     const TextPlacement t = placeText(shape);
     if (t.rows.isEmpty() || (t.rows.size() == 1 && t.rows.front().isEmpty())) return;
-    const Look look = lookOf(shape, shape->FontRef().Color());
+    const Look look = textLook(shape);
     const QString style = m_styleOfFace.at(shape->FontRef().Name());
     const double height = t.capHeight / kPixelsPerMm;
     const double rotation = -t.angle * 180 / std::numbers::pi;
@@ -1023,7 +1032,7 @@ void Exporter::glyphs(TMyText* shape) {
     TArrPoint points;
     std::vector<uint8_t> types;
     shape->GetPathPoints(nullptr, points, types);
-    const Look look = lookOf(shape, shape->FontRef().Color());
+    const Look look = textLook(shape);
     // The path is in pixels at the canvas's zoom.
     const double zoom = m_canvas.Zoom() > 0 ? m_canvas.Zoom() : 1;
     auto at = [&](size_t i) { return m_tf.point(points[i].x / zoom, points[i].y / zoom); };
@@ -1091,10 +1100,14 @@ void Exporter::writeShape(TMyShape* shape) {
     case TShapeKind::BLine:
         bline(look, pts);
         break;
-    case TShapeKind::Text:
-        if (m_glyphs) glyphs(static_cast<TMyText*>(shape));
-        else text(static_cast<TMyText*>(shape));
+    case TShapeKind::Text: {
+        auto* textShape = static_cast<TMyText*>(shape);
+        // The frame when the text box shows its border.
+        if (textShape->IsBorder() && pts.size() >= 4) polyline(look, {mm(0), mm(1), mm(2), mm(3)}, true);
+        if (m_glyphs) glyphs(textShape);
+        else text(textShape);
         break;
+    }
     case TShapeKind::LineLinkLine:
         if (pts.size() >= 4) {
             const auto* junction = static_cast<TMyLineLinkLine*>(shape);

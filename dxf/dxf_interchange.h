@@ -24,7 +24,8 @@
 //   TMyPolyBezier, TMyBLine            SPLINE of the curve the shape draws
 //   TMyText                            TEXT (one row) or MTEXT (several rows);
 //                                      closed LWPOLYLINEs of the glyph outlines
-//                                      with glyphOutlines
+//                                      with glyphOutlines; the frame as a closed
+//                                      LWPOLYLINE when IsBorder
 //   TMyLineLinkLine                    two CIRCLEs (the ring and its dot)
 // Groups and combines draw nothing of their own (their members are exported
 // where they stand in MyShapes); images and link points are left out. A

@@ -84,6 +84,8 @@ protected:
         polygon->Pen()->SetStyle(psDot);
         auto* rows = AddRect<TMyText>(cad, 300, 700, 500, 800);
         rows->Lines()->SetLines({"two", "lines"});
+        rows->SetIsBorder(true);
+        rows->Pen()->SetStyle(psClear);  // hides the frame, not the letters
         // Turned 30 degrees clockwise on the screen: -30 in the file, whose y is up.
         rows->RotateChangeValueByAngle(std::numbers::pi / 6);
         AddRect<TMyEllipse>(cad, 600, 700, 800, 740)->RotateChangeValueByAngle(std::numbers::pi / 6);
@@ -186,7 +188,7 @@ TEST_F(InterchangeDxf, EzdxfAuditsCleanAndReadsEveryShapeAsItsEntity) {
                                      "LWPOLYLINE" + l0, "ELLIPSE" + l0, "CIRCLE" + l0, "ARC" + l0, "LINE" + l0,
                                      "ELLIPSE" + l0, "LINE" + l0, "LINE" + l0, "SPLINE" + l0, "SPLINE" + l0,
                                      "TEXT" + l0, "CIRCLE" + l0, "CIRCLE" + l0, "LINE" + l0, "LINE" + l0,
-                                     "LWPOLYLINE" + l0, "LWPOLYLINE" + l0, "LWPOLYLINE" + hidden, "MTEXT" + hidden,
+                                     "LWPOLYLINE" + l0, "LWPOLYLINE" + l0, "LWPOLYLINE" + hidden, "LWPOLYLINE" + hidden, "MTEXT" + hidden,
                                      "ELLIPSE" + hidden}));
     const QJsonObject layers = r["layers"].toObject();
     EXPECT_EQ(layers["0"].toInt(), 7);
@@ -197,6 +199,7 @@ TEST_F(InterchangeDxf, EzdxfAuditsCleanAndReadsEveryShapeAsItsEntity) {
     const QJsonArray first = r["looks"].toArray()[0].toArray();
     EXPECT_EQ(first, QJsonArray({1, 0xFF0000, "DASH", 80}));
     EXPECT_EQ(r["looks"].toArray()[21].toArray(), QJsonArray({5, 0x0000FF, "DOT", 25}));
+    EXPECT_EQ(r["invisible"].toArray(), QJsonArray({22})) << "only the text's frame with its clear pen";
 
     const QJsonArray lines = r["lines"].toArray();
     EXPECT_TRUE(near(lines[0].toArray(), {0, 254, 25.4, 254}));

@@ -4,6 +4,7 @@ export tests compare, as one JSON object:
   errors, fixes       the audit's error and fix messages (must be empty)
   entities            [type, layer] of every model space entity, in order
   looks               [colour, true colour, line type, line weight] of each
+  invisible           the indices of the entities with the invisible flag
   layers              layer name -> colour number (negative: off)
   lines               [x1, y1, x2, y2] of every LINE
   arcs, ellipses      start and end points (and the ratio and major axis of
@@ -32,7 +33,7 @@ def main(path):
         "version": doc.dxfversion,
         "errors": [e.message for e in auditor.errors],
         "fixes": [f.message for f in auditor.fixes],
-        "entities": [], "looks": [],
+        "entities": [], "looks": [], "invisible": [],
         "layers": {layer.dxf.name: layer.dxf.color for layer in doc.layers},
         "lines": [], "arcs": [], "ellipses": [], "circles": [], "splines": [],
         "texts": [], "mtexts": [],
@@ -40,6 +41,8 @@ def main(path):
     for e in doc.modelspace():
         kind = e.dxftype()
         out["entities"].append([kind, e.dxf.layer])
+        if e.dxf.invisible:
+            out["invisible"].append(len(out["entities"]) - 1)
         out["looks"].append([e.dxf.color, e.dxf.get("true_color", -1), e.dxf.linetype, e.dxf.lineweight])
         if kind == "LINE":
             out["lines"].append(xy(e.dxf.start) + xy(e.dxf.end))
