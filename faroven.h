@@ -39,6 +39,7 @@
 #include "cad/types.h"
 #include "dxf/dxf_export.h"
 #include "dxf/dxf_import.h"
+#include "dxf/dxf_interchange.h"
 #include "dxf/dxf_primitives.h"
 #include "platform/ansi.h"
 #include "platform/bitmap.h"
