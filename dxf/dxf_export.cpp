@@ -1,5 +1,7 @@
 #include "dxf/dxf_export.h"
 
+#include "dxf/dxf_interchange.h"
+
 #include "cad/canvas/mycad.h"
 #include "cad/geometry/rotated_text.h"
 #include "cad/shapes/arc.h"
@@ -303,7 +305,17 @@ private:
 }  // namespace
 
 void WriteDxf(TMyCAD& canvas, QIODevice& device, const TDxfExportOptions& options) {
-    EntitiesWriter(canvas, options.GlyphOutlines, device).Write();
+    if (!options.Interchange) {
+        EntitiesWriter(canvas, options.GlyphOutlines, device).Write();
+        return;
+    }
+    QByteArray bytes;
+    for (const QString& line : InterchangeDxfLines(canvas, options.GlyphOutlines)) {
+        bytes += ToAnsi(line);
+        bytes += "\r\n";
+    }
+    if (device.write(bytes) != bytes.size())
+        throw EWriteError(QStringLiteral("Cannot write the DXF text. %1").arg(device.errorString()));
 }
 
 QByteArray DxfExportBytes(TMyCAD& canvas, const TDxfExportOptions& options) {

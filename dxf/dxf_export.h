@@ -23,6 +23,12 @@ struct TDxfExportOptions {
     // Texts as the closed outlines of their glyphs instead of TEXT entities,
     // for receivers without the font.
     bool GlyphOutlines = false;
+    // A complete R2000 file for CAD programs instead of the bare ENTITIES
+    // section: header, tables with the canvas's layers, unique handles, real
+    // ellipses, arcs and splines, MTEXT, entities on their own layers with
+    // their colours, line types and weights, numbers with a point
+    // (dxf/dxf_interchange.h).
+    bool Interchange = false;
 };
 
 // Writes the DXF text (Windows-1252, CR LF line ends) to the device;

@@ -28,9 +28,6 @@ namespace {
 
 constexpr double kPixelsPerMm = 96.0 / 25.4;
 constexpr double kTwoPi = 2 * std::numbers::pi;
-// The space a text shape keeps free inside its frame, in drawing units (as
-// TMyText lays its rows out).
-constexpr double kTextMargin = 2;
 
 // ---------------------------------------------------------------- values
 
@@ -881,15 +878,8 @@ void Exporter::elliArc(TMyElliArc* shape, const Look& look) {
 
 namespace {
 
-QFont textFont(const TMyText* shape) {
-    QFont f = shape->FontRef().ToQFont(std::max(1, shape->FontRef().Size()));
-    if (shape->CharacterSpace() != 0) f.setLetterSpacing(QFont::AbsoluteSpacing, shape->CharacterSpace());
-    return f;
-}
-
-// Where TMyText puts its rows: the upright frame about the centre of the
-// four corners, the rows from LayoutRows placed by the alignments with the
-// margin, and the frame turned by Angle about that centre.
+// Where TMyText puts its rows (its RowLayout), with the font's measures and
+// the turn by Angle about the frame's centre.
 struct TextPlacement {
     QStringList rows;
     std::vector<QPointF> baselineStarts;  // upright, drawing units
@@ -908,43 +898,19 @@ struct TextPlacement {
 };
 
 TextPlacement placeText(const TMyText* shape) {
+    const TMyText::TRowLayout layout = shape->RowLayout();
     TextPlacement t;
-    const TArrMyPoint& pts = shape->Points();
     t.angle = shape->Angle();
-    double cx = 0, cy = 0;
-    for (int i = 0; i < 4; ++i) {
-        cx += pts[size_t(i)].x / 4.0;
-        cy += pts[size_t(i)].y / 4.0;
-    }
-    t.centre = {cx, cy};
-    double l = 1e300, r = -1e300, top = 1e300, b = -1e300;
-    for (int i = 0; i < 4; ++i) {
-        const double dx = pts[size_t(i)].x - cx, dy = pts[size_t(i)].y - cy;
-        const double c = std::cos(-t.angle), s = std::sin(-t.angle);
-        const double x = cx + dx * c - dy * s, y = cy + dx * s + dy * c;
-        l = std::min(l, x);
-        r = std::max(r, x);
-        top = std::min(top, y);
-        b = std::max(b, y);
-    }
-    t.frame = QRectF(l, top, r - l, b - top);
-    const QFontMetricsF metrics(textFont(shape));
+    t.centre = layout.centre;
+    t.frame = layout.frame;
+    const QFontMetricsF metrics(layout.font);
     t.ascent = metrics.ascent();
     t.rowHeight = metrics.height();
     t.capHeight = metrics.capHeight() > 0 ? metrics.capHeight() : 0.7 * shape->FontRef().Size();
-    t.rows = shape->LayoutRows(t.frame.width());
-    const double height = t.rowHeight * t.rows.size();
-    double y = t.frame.top() + kTextMargin;
-    if (shape->VAlignment() == jvBottom) y = t.frame.bottom() - kTextMargin - height;
-    if (shape->VAlignment() == jvCenter) y = t.frame.top() + (t.frame.height() - height) / 2;
-    for (const QString& row : t.rows) {
-        const double w = metrics.horizontalAdvance(row);
-        double x = t.frame.left() + kTextMargin;
-        if (shape->HAlignment() == jhRight) x = t.frame.right() - kTextMargin - w;
-        if (shape->HAlignment() == jhCenter) x = t.frame.left() + (t.frame.width() - w) / 2;
-        t.baselineStarts.emplace_back(x, y + t.ascent);
-        t.widths.push_back(w);
-        y += t.rowHeight;
+    for (const TMyText::TRowLayout::Row& row : layout.rows) {
+        t.rows << row.text;
+        t.baselineStarts.push_back(row.baseline);
+        t.widths.push_back(row.width);
     }
     return t;
 }
@@ -991,9 +957,10 @@ void Exporter::text(TMyText* shape) {
     }
     // Several rows: one MTEXT whose top row is where the first row is drawn.
     const QPointF first = t.baselineStarts.front();
-    double x = t.frame.left() + kTextMargin;
+    // Left-aligned rows start, and right-aligned rows end, at one x.
+    double x = first.x();
     if (align == 1) x = t.frame.center().x();
-    if (align == 2) x = t.frame.right() - kTextMargin;
+    if (align == 2) x = first.x() + t.widths.front();
     const Vec insert = m_tf.point(t.place({x, first.y() - t.capHeight}));
     entityHead("MTEXT", look, "AcDbMText");
     w.point(10, insert);

@@ -347,6 +347,25 @@ TEST_F(DxfImport, ExportThenImportGivesTheShapesBack) {
     // The arc comes back from its start, through its middle, to its end, in the
     // direction DXF arcs run.
     expectPoints(shape(5), {{300, 100}, {250, 50}, {200, 100}}, 1e-3);
+
+    // The interchange form read by the extended import: one shape per shape.
+    TDxfExportOptions interchange;
+    interchange.Interchange = true;
+    source.SaveToDxf(dir.filePath("b.dxf"), interchange);
+    TMyCAD again;
+    TDXF2DImport extended(dir.filePath("b.dxf"), &again);
+    extended.SetExtended(true);
+    extended.SetScalex(float(k));
+    extended.SetScaley(float(-k));
+    extended.SetOffSetY(float(-500 / k));
+    extended.ReadDXF();
+    EXPECT_TRUE(extended.Skipped().isEmpty()) << extended.Skipped().join('\n').toStdString();
+    ASSERT_EQ(again.GetShapesCount(), 5);
+    expectPoints(again.GetShapeByNo(0), {{10, 20}, {110, 70}}, 1e-3);
+    expectPoints(again.GetShapeByNo(1), {{50, 60}, {150, 60}, {150, 100}, {50, 100}, {50, 60}}, 1e-3);
+    expectPoints(again.GetShapeByNo(3), {{0, 0}, {30, 40}, {60, 0}}, 1e-3);
+    expectPoints(again.GetShapeByNo(4), {{300, 100}, {250, 50}, {200, 100}}, 1e-3);
+    EXPECT_EQ(again.GetShapeByNo(0)->LayerId(), again.GetLayerIdByName("Layer0"));
 }
 
 TEST_F(DxfImport, ThirdPartyPartLibraries) {

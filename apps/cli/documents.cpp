@@ -93,6 +93,7 @@ void SaveFrom(TMyCAD& canvas, const QString& path, const DxfOptions& options, do
         drawingBounds(canvas, box);
         canvas.resize(std::max(1, int(std::ceil(box.right))), std::max(1, int(std::ceil(box.bottom))));
         TDxfExportOptions dxf;
+        dxf.Interchange = options.interchange;
         canvas.SaveToDxf(path, dxf);
     } else if (suffix == u"png" || suffix == u"svg" || suffix == u"pdf") {
         RenderPicture(canvas, path, zoom);

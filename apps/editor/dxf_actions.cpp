@@ -17,6 +17,7 @@ namespace {
 constexpr double kPixelsPerMm = 96 / 25.4;
 const char* const kDxfFilter = QT_TRANSLATE_NOOP("DxfActions", "DXF drawing (*.dxf)");
 const char* const kOutlineFilter = QT_TRANSLATE_NOOP("DxfActions", "DXF drawing, texts as outlines (*.dxf)");
+const char* const kInterchangeFilter = QT_TRANSLATE_NOOP("DxfActions", "DXF for CAD programs (*.dxf)");
 }  // namespace
 
 DxfActions::DxfActions(TMyCAD* cad, QWidget* window, QMenu* menu) : QObject(window), m_cad(cad), m_window(window) {
@@ -85,13 +86,15 @@ bool DxfActions::importFile(const QString& fileName) {
 }
 
 void DxfActions::exportDxf() {
-    QString filter;
-    QString fileName = QFileDialog::getSaveFileName(m_window, tr("Export as DXF"), QString(),
-                                                    tr(kDxfFilter) + QStringLiteral(";;") + tr(kOutlineFilter), &filter);
+    QString filter = tr(kInterchangeFilter);
+    QString fileName = QFileDialog::getSaveFileName(
+        m_window, tr("Export as DXF"), QString(),
+        QStringList{tr(kInterchangeFilter), tr(kDxfFilter), tr(kOutlineFilter)}.join(QStringLiteral(";;")), &filter);
     if (fileName.isEmpty()) return;
     if (QFileInfo(fileName).suffix().isEmpty()) fileName += QStringLiteral(".dxf");
     TDxfExportOptions options;
     options.GlyphOutlines = filter == tr(kOutlineFilter);
+    options.Interchange = filter == tr(kInterchangeFilter);
     try {
         QApplication::setOverrideCursor(Qt::WaitCursor);
         m_cad->SaveToDxf(fileName, options);

@@ -86,19 +86,15 @@ QStringList TMyText::LayoutRows(double frameWidth) const {
     return rows;
 }
 
-TMyText::Layout TMyText::layout() const {
-    Layout l;
+TMyText::TRowLayout TMyText::RowLayout() const {
+    TRowLayout l;
     if (GetPointsCount() < 4) return l;
-    const double zoom = Zoom();
     const TMyPoint c = ComputeCenterPoint(4);
     std::array<TMyPoint, 4> upright{};
     for (int i = 0; i < 4; ++i) upright[size_t(i)] = RotateAPoint(GetPoint(i), c, -Angle());
     const TMyRect box = GetPointsLTRB(TArrMyPoint(upright.begin(), upright.end()));
     l.frame = QRectF(box.left, box.top, box.right - box.left, box.bottom - box.top);
-    l.toPixels.translate(c.x * zoom, c.y * zoom);
-    l.toPixels.rotate(Angle() * 180 / std::numbers::pi);
-    l.toPixels.translate(-c.x * zoom, -c.y * zoom);
-    l.toPixels.scale(zoom, zoom);
+    l.centre = QPointF(c.x, c.y);
     l.font = unitFont(FontRef(), m_characterSpace);
     const QFontMetricsF metrics(l.font);
     const QStringList rows = LayoutRows(l.frame.width());
@@ -111,9 +107,24 @@ TMyText::Layout TMyText::layout() const {
         double x = l.frame.left() + kMargin;
         if (m_hAlignment == jhRight) x = l.frame.right() - kMargin - w;
         if (m_hAlignment == jhCenter) x = l.frame.left() + (l.frame.width() - w) / 2;
-        l.rows.emplace_back(QPointF(x, y + metrics.ascent()), row);
+        l.rows.push_back(TRowLayout::Row{row, QPointF(x, y + metrics.ascent()), w});
         y += metrics.height();
     }
+    return l;
+}
+
+TMyText::Layout TMyText::layout() const {
+    Layout l;
+    const TRowLayout rows = RowLayout();
+    if (GetPointsCount() < 4) return l;
+    const double zoom = Zoom();
+    l.frame = rows.frame;
+    l.toPixels.translate(rows.centre.x() * zoom, rows.centre.y() * zoom);
+    l.toPixels.rotate(Angle() * 180 / std::numbers::pi);
+    l.toPixels.translate(-rows.centre.x() * zoom, -rows.centre.y() * zoom);
+    l.toPixels.scale(zoom, zoom);
+    l.font = rows.font;
+    for (const TRowLayout::Row& row : rows.rows) l.rows.emplace_back(row.baseline, row.text);
     return l;
 }
 

@@ -12,6 +12,8 @@
 
 #include "cad/shapes/rectangle.h"
 
+#include <QFont>
+#include <QRectF>
 #include <vector>
 
 namespace faroven {
@@ -67,6 +69,23 @@ public:
     // Bézier curve-to, and 1 added to the last point of every closed figure
     // (its closing segment back to the move-to is implied).
     void GetPathPoints(TCanvas* canvas, TArrPoint& points, std::vector<uint8_t>& types);
+
+    // Where Draw puts the rows before the turn: the upright frame in drawing
+    // units, the centre it turns about by Angle, the font in drawing units,
+    // and per row its text, baseline start and width. Exporters place text
+    // from this.
+    struct TRowLayout {
+        QRectF frame;
+        QPointF centre;
+        QFont font;
+        struct Row {
+            QString text;
+            QPointF baseline;
+            double width = 0;
+        };
+        std::vector<Row> rows;
+    };
+    TRowLayout RowLayout() const;
 
     // The rows as laid out in a frame of the given width in drawing units:
     // the lines, each broken at spaces to fit when WordWrap is on. The same
