@@ -391,14 +391,20 @@ TMyShape* TDXF2DImport::ReadDIMENSION2D(const TGroupTable& entry) {
     return dimension;
 }
 
+// An ellipse shape whose frame is the upright box of the half sizes about
+// the centre, corners in the order (−, −), (+, −), (+, +), (−, +).
+TMyShape* TDXF2DImport::uprightEllipse(double cx, double cy, double halfWidth, double halfHeight) {
+    auto* ellipse = new TMyEllipse(m_canvas);
+    ellipse->AddPoint(mm2Pixel(cx - halfWidth, cy - halfHeight));
+    ellipse->AddPoint(mm2Pixel(cx + halfWidth, cy - halfHeight));
+    ellipse->AddPoint(mm2Pixel(cx + halfWidth, cy + halfHeight));
+    ellipse->AddPoint(mm2Pixel(cx - halfWidth, cy + halfHeight));
+    return ellipse;
+}
+
 TMyShape* TDXF2DImport::ReadCircle2D(const TGroupTable& entry) {
-    const double cx = real(entry, 10), cy = real(entry, 20), r = real(entry, 40);
-    auto* circle = new TMyEllipse(m_canvas);
-    circle->AddPoint(mm2Pixel(cx - r, cy - r));
-    circle->AddPoint(mm2Pixel(cx + r, cy - r));
-    circle->AddPoint(mm2Pixel(cx + r, cy + r));
-    circle->AddPoint(mm2Pixel(cx - r, cy + r));
-    return circle;
+    const double r = real(entry, 40);
+    return uprightEllipse(real(entry, 10), real(entry, 20), r, r);
 }
 
 // Whole ellipses only, as an upright frame: half-width the distance from the
@@ -410,12 +416,7 @@ TMyShape* TDXF2DImport::ReadEllipse2D(const TGroupTable& entry) {
         return nullptr;
     }
     const double l = GetLengthinPixel(TMyPoint{float(cx), float(cy)}, TMyPoint{float(real(entry, 11)), float(real(entry, 21))});
-    auto* ellipse = new TMyEllipse(m_canvas);
-    ellipse->AddPoint(mm2Pixel(cx - l, cy - ratio));
-    ellipse->AddPoint(mm2Pixel(cx + l, cy - ratio));
-    ellipse->AddPoint(mm2Pixel(cx + l, cy + ratio));
-    ellipse->AddPoint(mm2Pixel(cx - l, cy + ratio));
-    return ellipse;
+    return uprightEllipse(cx, cy, l, ratio);
 }
 
 // Its vertices in order; a closed one comes back to its first vertex.

@@ -162,6 +162,7 @@ private:
     // Collects one entity into the table and the group list; false at the end of the file.
     bool collectEntity(TGroupTable& entry, std::vector<TDxfGroup>* groups, std::vector<int>* filled = nullptr);
     TMyShape* readBasicEntity(const QString& name, const TGroupTable& entry, bool inBlock);
+    TMyShape* uprightEllipse(double cx, double cy, double halfWidth, double halfHeight);
     void addImported(TMyShape* shape);
     void skip(const QString& entity, const QString& why);
     [[noreturn]] void invalid(int line) const;
