@@ -392,17 +392,7 @@ void Exporter::writeTables(Writer& w) {
     // Standard, and a TrueType style per font face of the texts; the face
     // goes in the style's extended data, where CAD programs look for it.
     tableHead(w, "STYLE", m_h.styleTable, 1 + int(m_styleOfFace.size()));
-    recordHead(w, "STYLE", take(), m_h.styleTable, "AcDbTextStyleTableRecord");
-    w.group(2, "Standard");
-    w.integer(70, 0);
-    w.number(40, 0);
-    w.number(41, 1);
-    w.number(50, 0);
-    w.integer(71, 0);
-    w.number(42, 2.5);
-    w.group(3, "txt");
-    w.group(4, "");
-    for (const auto& [face, name] : m_styleOfFace) {
+    auto style = [&](const QString& name, const QString& fontFile) {
         recordHead(w, "STYLE", take(), m_h.styleTable, "AcDbTextStyleTableRecord");
         w.group(2, name);
         w.integer(70, 0);
@@ -411,8 +401,12 @@ void Exporter::writeTables(Writer& w) {
         w.number(50, 0);
         w.integer(71, 0);
         w.number(42, 2.5);
-        w.group(3, codePageText(face).remove(u' ') + QStringLiteral(".ttf"));
+        w.group(3, fontFile);
         w.group(4, "");
+    };
+    style(QStringLiteral("Standard"), QStringLiteral("txt"));
+    for (const auto& [face, name] : m_styleOfFace) {
+        style(name, codePageText(face).remove(u' ') + QStringLiteral(".ttf"));
         w.group(1001, "ACAD");
         w.group(1000, codePageText(face));
         w.integer(1071, 0);
@@ -507,17 +501,10 @@ void Exporter::writeObjects(Writer& w) {
             w.handle(350, value);
         }
     };
-    w.group(0, "DICTIONARY");
-    w.handle(5, m_h.rootDict);
-    w.group(330, "0");
-    w.group(100, "AcDbDictionary");
-    w.integer(281, 1);
-    for (const auto& [key, value] : {std::pair{"ACAD_GROUP", m_h.groupDict}, {"ACAD_LAYOUT", m_h.layoutDict},
-                                     {"ACAD_MLINESTYLE", m_h.mlineDict}, {"ACAD_PLOTSETTINGS", m_h.plotSettingsDict},
-                                     {"ACAD_PLOTSTYLENAME", m_h.plotStyleDict}}) {
-        w.group(3, key);
-        w.handle(350, value);
-    }
+    // The root dictionary has no owner (handle 0).
+    dictionary(m_h.rootDict, 0,
+               {{"ACAD_GROUP", m_h.groupDict}, {"ACAD_LAYOUT", m_h.layoutDict}, {"ACAD_MLINESTYLE", m_h.mlineDict},
+                {"ACAD_PLOTSETTINGS", m_h.plotSettingsDict}, {"ACAD_PLOTSTYLENAME", m_h.plotStyleDict}});
     dictionary(m_h.groupDict, m_h.rootDict, {});
     dictionary(m_h.layoutDict, m_h.rootDict, {{"Model", m_h.modelLayout}, {"Layout1", m_h.paperLayout}});
     dictionary(m_h.mlineDict, m_h.rootDict, {{"Standard", m_h.mlineStandard}});
