@@ -595,8 +595,11 @@ void TCanvas::SetClipRect(const TRect& rect) {
 void TCanvas::ResetClip() {
     m_clip.reset();
     if (m_ownPainter) m_ownPainter->setClipping(false);
+    // The painter's area is fixed to the device: under a window origin it
+    // lies at the origin's offset.
     if (m_external)
-        m_external->setClipRect(QRect(m_externalClip.left, m_externalClip.top, m_externalClip.Width(), m_externalClip.Height()));
+        m_external->setClipRect(QRect(m_externalClip.left + m_origin.x, m_externalClip.top + m_origin.y,
+                                      m_externalClip.Width(), m_externalClip.Height()));
 }
 
 void TCanvas::BeginPath() {

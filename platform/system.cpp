@@ -62,30 +62,6 @@ TFatalHandler SetFatalHandler(TFatalHandler handler) {
     return handler;
 }
 
-TPrinter::TPrinter() = default;
-TPrinter::~TPrinter() = default;
-
-TCanvas* TPrinter::Canvas() {
-    if (!m_page) {
-        m_page = std::make_unique<TBitmap>();
-        // An A4 page at the screen's resolution stands in for the device page.
-        m_page->SetSize(Round(210 * ScreenPixelsPerInch() / 25.4), Round(297 * ScreenPixelsPerInch() / 25.4));
-    }
-    return m_page->Canvas();
-}
-
-bool TPrinter::IsPrinterCanvas(const TCanvas* canvas) const {
-    return m_page && canvas && m_page->Canvas() == canvas;
-}
-
-int TPrinter::PageWidth() const { return m_page ? m_page->Width() : Round(210 * ScreenPixelsPerInch() / 25.4); }
-int TPrinter::PageHeight() const { return m_page ? m_page->Height() : Round(297 * ScreenPixelsPerInch() / 25.4); }
-
-TPrinter* Printer() {
-    static TPrinter printer;
-    return &printer;
-}
-
 namespace {
 QClipboard* systemClipboard() {
     return qobject_cast<QGuiApplication*>(QCoreApplication::instance()) ? QGuiApplication::clipboard() : nullptr;

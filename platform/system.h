@@ -1,8 +1,9 @@
 // Process-wide services of the host: screen resolution, message box, fatal
-// exit, the printer and the clipboard. Each can be replaced so that tests and
+// exit, the printer (platform/printer.h) and the clipboard. Each can be replaced so that tests and
 // headless programs observe what would otherwise need a person.
 #pragma once
 
+#include "platform/printer.h"
 #include "platform/types.h"
 
 #include <QString>
@@ -35,25 +36,6 @@ using TFatalHandler = std::function<void(const QString& text)>;
 void FatalExit(const QString& text);
 TFatalHandler SetFatalHandler(TFatalHandler handler);
 
-// The current printer. Until a document is begun its canvas draws into a
-// page-sized bitmap; printing proper hands it to a real print device.
-class TPrinter {
-public:
-    TPrinter();
-    ~TPrinter();
-    TCanvas* Canvas();
-    // Whether canvas is the printer's (without creating the printer's page).
-    bool IsPrinterCanvas(const TCanvas* canvas) const;
-    // Device capability NUMCOLORS: 2 on a black-and-white printer.
-    int NumColors() const { return m_numColors; }
-    void SetNumColors(int n) { m_numColors = n; }
-    int PageWidth() const;
-    int PageHeight() const;
-private:
-    int m_numColors = 16777216;
-    std::unique_ptr<TBitmap> m_page;
-};
-TPrinter* Printer();
 
 class TClipboard {
 public:

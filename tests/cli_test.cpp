@@ -55,7 +55,7 @@ TEST(Cli, InfoDescribesADxfFileAndTheDrawingConvertedFromIt) {
 
 TEST(Cli, RenderWritesPictures) {
     QTemporaryDir dir;
-    for (const char* name : {"k.png", "k.svg", "k.pdf"}) {
+    for (const char* name : {"k.png", "k.svg", "k.pdf", "k.jpg", "k.bmp"}) {
         const Result run = faroven({"render", kKinds, "--extended", "-o", dir.filePath(name), "--zoom", "2"});
         ASSERT_EQ(run.code, 0) << run.err.toStdString();
     }
@@ -70,6 +70,12 @@ TEST(Cli, RenderWritesPictures) {
     ASSERT_TRUE(svg.open(QIODevice::ReadOnly) && pdf.open(QIODevice::ReadOnly));
     EXPECT_TRUE(svg.readAll().contains("<svg"));
     EXPECT_TRUE(pdf.readAll().startsWith("%PDF"));
+    EXPECT_EQ(QImage(dir.filePath("k.bmp")).size(), png.size());
+
+    // The page as the editor shows it: A4 at 96 pixels per inch and zoom 2.
+    const Result page = faroven({"render", kKinds, "--extended", "--page", "--zoom", "2", "-o", dir.filePath("p.bmp")});
+    ASSERT_EQ(page.code, 0) << page.err.toStdString();
+    EXPECT_EQ(QImage(dir.filePath("p.bmp")).size(), QSize(1587, 2245));
 
     // Only one layer: the WALLS layer holds a dashed red line and a circle.
     const Result walls = faroven({"render", kKinds, "--extended", "--layer", "WALLS", "-o", dir.filePath("w.png")});

@@ -82,7 +82,7 @@ QStringList OpenInto(TMyCAD& canvas, const QString& path, const DxfOptions& opti
     throw EReadError(QStringLiteral("%1: neither a Faroven drawing nor a DXF file").arg(path));
 }
 
-void SaveFrom(TMyCAD& canvas, const QString& path, const DxfOptions& options, double zoom) {
+void SaveFrom(TMyCAD& canvas, const QString& path, const DxfOptions& options, double zoom, bool page) {
     const QString suffix = suffixOf(path);
     if (suffix == u"fvd") {
         canvas.SaveToFile(path);
@@ -95,10 +95,11 @@ void SaveFrom(TMyCAD& canvas, const QString& path, const DxfOptions& options, do
         TDxfExportOptions dxf;
         dxf.Interchange = options.interchange;
         canvas.SaveToDxf(path, dxf);
-    } else if (suffix == u"png" || suffix == u"svg" || suffix == u"pdf") {
-        RenderPicture(canvas, path, zoom);
+    } else if (IsPictureSuffix(suffix)) {
+        RenderPicture(canvas, path, zoom, page);
     } else {
-        throw EWriteError(QStringLiteral("%1: unknown output type \".%2\" (use .fvd, .dxf, .png, .svg or .pdf)").arg(path, suffix));
+        throw EWriteError(
+            QStringLiteral("%1: unknown output type \".%2\" (use .fvd, .dxf, .png, .jpg, .bmp, .svg or .pdf)").arg(path, suffix));
     }
 }
 

@@ -38,8 +38,9 @@ using Progress = std::function<void(const QString& what, qint64 done, qint64 tot
 // out.
 QStringList OpenInto(TMyCAD& canvas, const QString& path, const DxfOptions& options, const Progress& progress);
 
-// Saves the canvas as a drawing (.fvd), DXF (.dxf) or picture (.png, .svg,
-// .pdf) by the file's suffix; zoom applies to pictures.
-void SaveFrom(TMyCAD& canvas, const QString& path, const DxfOptions& options, double zoom = 1);
+// Saves the canvas as a drawing (.fvd), DXF (.dxf) or picture (.png, .jpg,
+// .bmp, .svg, .pdf) by the file's suffix; zoom and page apply to pictures
+// (see RenderPicture).
+void SaveFrom(TMyCAD& canvas, const QString& path, const DxfOptions& options, double zoom = 1, bool page = false);
 
 }  // namespace faroven::cli

@@ -29,9 +29,12 @@ const char* const kUsage =
     "Commands:\n"
     "  info FILE                     what a drawing (.fvd), library (.fvl) or DXF file holds:\n"
     "                                kind, version, size, layers, shapes by class\n"
-    "  render FILE -o OUT            a picture of a drawing or DXF file: OUT.png, .svg or .pdf\n"
+    "  render FILE -o OUT            a picture of a drawing or DXF file:\n"
+    "                                OUT.png, .jpg, .bmp, .svg or .pdf\n"
     "      --zoom Z                  at zoom Z (default 1)\n"
     "      --layer NAME              only the shapes of layer NAME\n"
+    "      --page                    the page as the editor shows (pixel pictures) or prints\n"
+    "                                it (SVG, PDF: every sheet), instead of the shapes alone\n"
     "  convert IN OUT                between drawings (.fvd) and DXF (.dxf), or to a picture\n"
     "\n"
     "DXF options (info, render, convert):\n"
@@ -56,6 +59,7 @@ struct Arguments {
     QString output;
     QString layer;
     double zoom = 1;
+    bool page = false;
     DxfOptions dxf;
 };
 
@@ -77,6 +81,7 @@ Arguments parse(const QStringList& args) {
         if (arg == u"-o" || arg == u"--output") a.output = value();
         else if (arg == u"--zoom") a.zoom = number(arg, value());
         else if (arg == u"--layer") a.layer = value();
+        else if (arg == u"--page") a.page = true;
         else if (arg == u"--scale") a.dxf.scale = number(arg, value());
         else if (arg == u"--offset") {
             const QStringList xy = value().split(u',');
@@ -159,17 +164,16 @@ void render(const Arguments& a) {
             if (const int id = canvas.GetLayerIdByNo(i); id != keep) canvas.InVisibleLayerByID(id);
         canvas.VisibleLayerByID(keep);
     }
-    const QString suffix = QFileInfo(a.output).suffix().toLower();
-    if (suffix != u"png" && suffix != u"svg" && suffix != u"pdf")
-        throw UsageError{QStringLiteral("render writes .png, .svg or .pdf, not \"%1\"").arg(a.output)};
-    SaveFrom(canvas, a.output, a.dxf, a.zoom);
+    if (!IsPictureSuffix(QFileInfo(a.output).suffix().toLower()))
+        throw UsageError{QStringLiteral("render writes .png, .jpg, .bmp, .svg or .pdf, not \"%1\"").arg(a.output)};
+    SaveFrom(canvas, a.output, a.dxf, a.zoom, a.page);
 }
 
 void convert(const Arguments& a) {
     if (a.files.size() != 2) throw UsageError{QStringLiteral("convert takes an input and an output file")};
     TMyCAD canvas;
     const QStringList skipped = OpenInto(canvas, a.files[0], a.dxf, stderrProgress());
-    SaveFrom(canvas, a.files[1], a.dxf, a.zoom);
+    SaveFrom(canvas, a.files[1], a.dxf, a.zoom, a.page);
     if (!skipped.isEmpty())
         std::fprintf(stderr, "faroven: %s: %lld entities left out (see \"faroven info\")\n", qPrintable(a.files[0]),
                      qlonglong(skipped.size()));

@@ -27,6 +27,7 @@
 #include "cad/canvas/grid.h"
 #include "cad/canvas/layers.h"
 #include "cad/canvas/mycad_events.h"
+#include "cad/canvas/render_options.h"
 #include "cad/canvas/shape_id_index.h"
 #include "cad/canvas/shape_index.h"
 #include "cad/canvas/undo_history.h"
@@ -42,10 +43,13 @@
 #include "platform/graphics.h"
 
 #include <QLabel>
+#include <QSizeF>
 #include <QPointer>
 #include <functional>
 #include <memory>
 #include <vector>
+
+class QPagedPaintDevice;
 
 namespace faroven {
 
@@ -674,6 +678,80 @@ public:
     void DrawBorder(TCanvas* canvas);
     void DrawHeadFoot(TCanvas* canvas);
     void DrawBackground(TCanvas* canvas, const TRect& rect);
+    // ==== Rendering (mycad_render.cpp) ==========================================================
+    // One path draws the drawing for the screen, the printer and every
+    // picture; they differ in the device and in these options.
+    // The screen's: background, grid, header and footer.
+    TRenderOptions ScreenRenderOptions() const;
+    // The printer's: the background only with PrintBackground, the border
+    // with PrintABorder, header and footer, no grid.
+    TRenderOptions PrintRenderOptions() const;
+    // Draws the part area of the drawing (control pixels at the current zoom)
+    // so that area's top-left corner lands on the canvas's origin. Header,
+    // footer and border are placed on the page.
+    void RenderPage(TCanvas* canvas, const TRect& area, const TRenderOptions& options);
+    // The same onto a Qt paint device, drawn at the given zoom (the control's
+    // size and Zoom stay as they are) and scaled by scale device pixels per
+    // pixel of that zoom. area is in pixels of that zoom.
+    void RenderTo(QPaintDevice* device, const TRect& area, const TRenderOptions& options, double zoom,
+                  double scale = 1.0);
+    // The same with a painter that is already active (its transform applies).
+    void RenderTo(QPainter* painter, const TRect& area, const TRenderOptions& options, double zoom);
+    // The page in pixels at a zoom.
+    TRect PageRectAt(double zoom) const;
+    // The painted bounds of the shapes on visible layers in pixels at a zoom
+    // (empty when there are none).
+    TRect VisibleShapesBoundsAt(double zoom);
+
+    // ==== Printing (mycad_print.cpp) =============================================================
+    // A print shows the drawing at true size (a 50 mm line prints 50 mm long)
+    // as the screen shows it at zoom 1, with PrintRenderOptions. The page is
+    // one sheet of paper when the paper has the page's size; a drawing that
+    // reaches beyond the page, or paper smaller than it, takes more sheets.
+    // The sheets of paper paperMm (millimetres) that a print takes: rectangles
+    // of the drawing in pixels at zoom 1, row by row from the top and each
+    // row from the left. The page's top-left corner is a sheet's corner;
+    // shapes on visible layers add sheets where they reach more than half a
+    // millimetre beyond the page. EPrinter when more than MaxPrintSheets.
+    std::vector<TRect> PrintSheets(QSizeF paperMm);
+    static constexpr int MaxPrintSheets = 1000;
+    // Gives the device paper of the page's size and orientation; a printer
+    // paints from the paper's corner.
+    void PreparePrinter(QPagedPaintDevice* device) const;
+    // Prints on the device with the paper it has, one sheet per page, and
+    // returns the number of pages. On Printer()'s device the shapes draw on
+    // the printer's canvas (black-and-white printers get grey). EPrinter when
+    // the device cannot print.
+    int PrintTo(QPagedPaintDevice* device);
+    // Prints on Printer()->Device() on paper of the page's size.
+    void Print();
+    // Qt's print preview of the same pages on Printer()->Device(); printing
+    // from it prints. True when the user printed.
+    bool PrintPreview(QWidget* parent = nullptr);
+    // The pages of the print as a vector PDF file, through QSaveFile (an
+    // existing file is replaced only when the new one is complete).
+    // EFCreateError or EWriteError, naming the file, when it cannot be written.
+    void SaveToPdf(const QString& fileName);
+
+    // ==== Pictures (mycad_pictures.cpp) ==========================================================
+    // Pixel pictures show the page as the canvas paints it at the current
+    // zoom (background, grid, header and footer, shapes of visible layers)
+    // without any mark: exactly the pixels of the screen's paint.
+    // EInvalidGraphic when the page is too large for a picture.
+    QImage PageImage();
+    // The files are written through QSaveFile, so an existing file is
+    // replaced only by a complete new one; EFCreateError or EWriteError,
+    // naming the file, otherwise.
+    void SaveToBmp(const QString& fileName);
+    // quality: 0 (smallest file) to 100 (best picture).
+    void SaveToJpg(const QString& fileName, int quality = 90);
+    void SaveToPng(const QString& fileName);
+    // Vector pictures show the page as it prints (PrintRenderOptions) at
+    // true size: one unit is a pixel at zoom 1, the screen's pixels per inch
+    // make an inch. The SVG keeps texts as text.
+    QByteArray SvgBytes();
+    void SaveToSvg(const QString& fileName);
+
     // The off-screen buffer the last paint drew into.
     TBitmap* PaintBuffer() { return &m_paintBuffer; }
     // Called by a shape when it changes; schedules a repaint.
@@ -887,6 +965,25 @@ private:
     // ---- Painting (mycad_paint.cpp) -------------------------------------------------------------
     void drawShapeTree(TCanvas* canvas, TMyShape* shape);
     void drawLinkHotTree(TCanvas* canvas, TMyShape* shape);
+    // The roots of visible layers that meet the rectangle, in painting order.
+    void collectPaintedRoots(const TRect& rect);
+    void drawLinkMarks(TCanvas* canvas, const TRect& rect);
+    // Draws area of the drawing as RenderPage does, with header, footer and
+    // border placed on the sheet (a rectangle of the drawing, in pixels):
+    // the page on screen, one sheet of paper when printing.
+    // The background picture lies on page.
+    void renderArea(TCanvas* canvas, const TRect& area, const TRect& sheet, const TRect& page,
+                    const TRenderOptions& options);
+    void drawHeadFootOn(TCanvas* canvas, const TRect& sheet);
+    void drawBorderOn(TCanvas* canvas, const TRect& sheet);
+    // The background picture laid on the page and the grid, for area
+    // (pixels), drawn with area's top-left corner at the canvas's origin.
+    void drawBkBitmapOn(TCanvas* canvas, const TRect& area, const TRect& page);
+    void drawGridOn(TCanvas* canvas, const TRect& area);
+    // Draws at another zoom for its life without resizing the control.
+    class ZoomScope;
+    // One sheet of a print onto a canvas whose painter has the device's scale.
+    void printSheet(QPainter* painter, TCanvas* canvas, const TRect& sheet, double scaleX, double scaleY);
 
     // ---- In-place text input (mycad_text_input.cpp) ---------------------------------------------
     // Sets the shape's caption or lines to the text typed, as one undo step

@@ -25,6 +25,10 @@ namespace {
 int pagePixels(uint32_t mm, double zoom) { return Round(double(mm) * zoom * ScreenPixelsPerInch() / 25.4); }
 }  // namespace
 
+TRect TMyCAD::PageRectAt(double zoom) const {
+    return TRect{0, 0, pagePixels(m_pageWidth, zoom), pagePixels(m_pageHeight, zoom)};
+}
+
 void TMyCAD::sizeControl() { resize(pagePixels(m_pageWidth, m_zoom), pagePixels(m_pageHeight, m_zoom)); }
 
 void TMyCAD::SetZoom(double zoom) {
@@ -111,7 +115,12 @@ void TMyCAD::GetMousePointbyDragMode(TPoint from, TPoint& to) const {
 // crossing for even sizes). A spacing under one pixel would only fill the page
 // and is not drawn.
 void TMyCAD::DrawGrid(TBitmap* bitmap, const TRect& rect) {
-    if (m_grid.GridType() == gNone || !m_grid.GridShow() || bitmap->Empty()) return;
+    if (bitmap->Empty()) return;
+    drawGridOn(bitmap->Canvas(), TRect{rect.left, rect.top, rect.left + bitmap->Width(), rect.top + bitmap->Height()});
+}
+
+void TMyCAD::drawGridOn(TCanvas* canvas, const TRect& rect) {
+    if (m_grid.GridType() == gNone || !m_grid.GridShow()) return;
     double gw = m_grid.GridWidth(), gh = m_grid.GridHeight();
     if (m_grid.GridInZoom()) {
         gw *= m_zoom;
@@ -119,13 +128,12 @@ void TMyCAD::DrawGrid(TBitmap* bitmap, const TRect& rect) {
     }
     if (!(gw >= 1) || !(gh >= 1) || !std::isfinite(gw) || !std::isfinite(gh)) return;
     const int size = std::max<int>(m_grid.GridPenSize(), 1);
-    const int w = bitmap->Width(), h = bitmap->Height();
+    const int w = rect.Width(), h = rect.Height();
     // Wide pens and dots reach beyond their crossing, so the lines just
     // outside the rectangle are tried as well.
     const int reach = size / 2 + 1;
     const int64_t kx0 = int64_t(std::nearbyint(rect.left / gw)) - 1 - int64_t(reach / gw);
     const int64_t ky0 = int64_t(std::nearbyint(rect.top / gh)) - 1 - int64_t(reach / gh);
-    TCanvas* canvas = bitmap->Canvas();
     canvas->Pen()->SetMode(pmCopy);
     canvas->Pen()->SetStyle(psSolid);
     canvas->Pen()->SetColor(m_grid.GridColor());
@@ -165,15 +173,20 @@ void TMyCAD::DrawGrid(TBitmap* bitmap, const TRect& rect) {
 // below), LeftTop puts it at the page's top-left corner. (dx, dy) is where the
 // page's origin lies in the bitmap being drawn.
 void TMyCAD::DrawBkBitmap(TBitmap* bitmap, int dx, int dy) {
-    if (m_bkBitmap.Empty() || bitmap->Empty()) return;
-    TCanvas* canvas = bitmap->Canvas();
+    if (bitmap->Empty()) return;
+    drawBkBitmapOn(bitmap->Canvas(), TRect{-dx, -dy, -dx + bitmap->Width(), -dy + bitmap->Height()}, ClientRect());
+}
+
+void TMyCAD::drawBkBitmapOn(TCanvas* canvas, const TRect& rect, const TRect& page) {
+    if (m_bkBitmap.Empty()) return;
+    const int dx = page.left - rect.left, dy = page.top - rect.top;
     const int bw = m_bkBitmap.Width(), bh = m_bkBitmap.Height();
-    const int pw = Width(), ph = Height();
+    const int pw = page.Width(), ph = page.Height();
     switch (m_bkBitmapMode) {
     case Tiled: {
         // The part of the page that lies in the bitmap, in the bitmap's pixels.
         TRect area;
-        if (!IntersectRect(area, TRect{dx, dy, dx + pw, dy + ph}, TRect{0, 0, bitmap->Width(), bitmap->Height()}))
+        if (!IntersectRect(area, TRect{dx, dy, dx + pw, dy + ph}, TRect{0, 0, rect.Width(), rect.Height()}))
             break;
         if (!m_bkBitmap.Transparent()) {
             // One textured fill; the texture's origin is the page's.

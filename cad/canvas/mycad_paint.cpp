@@ -6,7 +6,6 @@
 #include "cad/canvas/mycad_p.h"
 
 #include "cad/geometry/geometry.h"
-#include "cad/geometry/rotated_text.h"
 #include "cad/shapes/shape_markers.h"
 #include "platform/system.h"
 
@@ -77,14 +76,9 @@ void TMyCAD::drawFrozenScene(TCanvas* canvas, const TRect& area) {
 void TMyCAD::DrawAll(const TRect& rect) {
     m_paintBuffer.SetSize(rect.Width(), rect.Height());
     if (m_paintBuffer.Empty()) return;
-    FillBackground(&m_paintBuffer);
-    DrawBkBitmap(&m_paintBuffer, -rect.left, -rect.top);
-    DrawGrid(&m_paintBuffer, rect);
     TCanvas* canvas = m_paintBuffer.Canvas();
-    canvas->SetWindowOrg(rect.left, rect.top);
-    DrawHeadFoot(canvas);
-    canvas->SetWindowOrg(0, 0);
-    DrawAllShape(canvas, rect);
+    renderArea(canvas, rect, ClientRect(), ClientRect(), ScreenRenderOptions());
+    drawLinkMarks(canvas, rect);
 }
 
 void TMyCAD::FillBackground(TBitmap* bitmap) {
@@ -109,6 +103,12 @@ void TMyCAD::DrawBackground(TCanvas* canvas, const TRect& rect) {
 // rectangle's corner: the canvas is given that window origin, which shifts
 // whole pixels and leaves the shapes' coordinates untouched.
 void TMyCAD::DrawAllShape(TCanvas* canvas, const TRect& rect) {
+    TRenderOptions shapesOnly{false, false, false, false};
+    renderArea(canvas, rect, ClientRect(), ClientRect(), shapesOnly);
+    drawLinkMarks(canvas, rect);
+}
+
+void TMyCAD::collectPaintedRoots(const TRect& rect) {
     m_paintedShapes.clear();
     const std::vector<int> roots = rootsMeetingNow(rect);
     for (int no : roots) {
@@ -116,11 +116,14 @@ void TMyCAD::DrawAllShape(TCanvas* canvas, const TRect& rect) {
         if (!shape || shape->HasParentShape() || !m_layers.IsVisible(shape->LayerId())) continue;
         m_paintedShapes.push_back(no);
     }
-    const TPoint oldOrigin = canvas->WindowOrg();
-    canvas->SetWindowOrg(oldOrigin.x + rect.left, oldOrigin.y + rect.top);
-    for (int no : m_paintedShapes) drawShapeTree(canvas, m_myShapes[size_t(no)]);
+}
+
+// The link points of the shapes the last rendering drew (shown on screen only).
+void TMyCAD::drawLinkMarks(TCanvas* canvas, const TRect& rect) {
+    const TPoint origin = canvas->WindowOrg();
+    canvas->SetWindowOrg(origin.x + rect.left, origin.y + rect.top);
     for (int no : m_paintedShapes) drawLinkHotTree(canvas, m_myShapes[size_t(no)]);
-    canvas->SetWindowOrg(oldOrigin.x, oldOrigin.y);
+    canvas->SetWindowOrg(origin.x, origin.y);
 }
 
 void TMyCAD::DrawShapes(TCanvas* canvas, const std::vector<TMyShape*>& roots) {
@@ -151,35 +154,8 @@ void TMyCAD::SelectAllWorkingShapes() {
     for (TMyShape* shape : m_workingShapes) shape->DrawHot(canvas);
 }
 
-void TMyCAD::DrawBorder(TCanvas* canvas) {
-    const double mm = ScreenPixelsPerInch() / 25.4 * m_zoom;
-    canvas->Pen()->SetColor(clBlack);
-    canvas->Pen()->SetStyle(psSolid);
-    canvas->Pen()->SetWidth(1);
-    canvas->Pen()->SetMode(pmCopy);
-    canvas->Brush()->SetStyle(bsClear);
-    canvas->Rectangle(Round(m_printABordertoLeft * mm), Round(m_printABordertoTop * mm),
-                      Width() - Round(m_printABordertoRight * mm), Height() - Round(m_printABordertoBottom * mm));
-}
+void TMyCAD::DrawBorder(TCanvas* canvas) { drawBorderOn(canvas, ClientRect()); }
 
-// Header and footer: their distances from the page's top and bottom are in
-// millimetres; left and right alignment keep the print margins; the text
-// scales with the zoom like the shapes' captions.
-void TMyCAD::DrawHeadFoot(TCanvas* canvas) {
-    const double mm = ScreenPixelsPerInch() / 25.4 * m_zoom;
-    auto place = [&](const QString& text, TFont* font, TAlignment alignment, int y) {
-        if (text.isEmpty()) return;
-        const TSize size = GetTextWidthHeight(canvas, text, font, 0, m_zoom);
-        int x = (Width() - size.cx) / 2;
-        if (alignment == taLeftJustify) x = Round(m_printABordertoLeft * mm);
-        if (alignment == taRightJustify) x = Width() - Round(m_printABordertoRight * mm) - size.cx;
-        MyLogTextOut(canvas, x, y, text, font, 0, m_zoom);
-    };
-    place(m_pageHead, &m_pageHeadFont, m_pageHeadAlignment, Round(m_pageHeadToTop * mm));
-    if (!m_pageFoot.isEmpty()) {
-        const TSize size = GetTextWidthHeight(canvas, m_pageFoot, &m_pageFootFont, 0, m_zoom);
-        place(m_pageFoot, &m_pageFootFont, m_pageFootAlignment, Height() - Round(m_pageFootToBottom * mm) - size.cy);
-    }
-}
+void TMyCAD::DrawHeadFoot(TCanvas* canvas) { drawHeadFootOn(canvas, ClientRect()); }
 
 }  // namespace faroven

@@ -1,0 +1,82 @@
+// TMyCAD: the drawing as picture files. Pixel pictures are the screen's
+// rendering of the page at the current zoom; vector pictures are the
+// printer's rendering of the page at zoom 1. Both go through RenderPage's
+// path, so they show what the screen and the printer show.
+#include "cad/canvas/mycad.h"
+
+#include "platform/system.h"
+
+#include <QBuffer>
+#include <QFileInfo>
+#include <QImageWriter>
+#include <QSaveFile>
+#include <QSvgGenerator>
+
+namespace faroven {
+
+namespace {
+// Writes the file through QSaveFile; write fills the open file and returns
+// false when it failed.
+template <typename Write>
+void saveFile(const QString& fileName, Write write) {
+    QSaveFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly))
+        throw EFCreateError(QStringLiteral("Cannot create file \"%1\". %2").arg(fileName, file.errorString()));
+    if (!write(file) || !file.commit())
+        throw EWriteError(QStringLiteral("Cannot write file \"%1\". %2").arg(fileName, file.errorString()));
+}
+
+void saveImage(const QString& fileName, const QImage& image, const char* format, int quality = -1) {
+    saveFile(fileName, [&](QIODevice& file) {
+        QImageWriter writer(&file, format);
+        writer.setQuality(quality);
+        return writer.write(image);
+    });
+}
+}  // namespace
+
+QImage TMyCAD::PageImage() {
+    // Drawn in the paint buffer, as a paint draws, so the pixels are the screen's.
+    const TRect page = ClientRect();
+    m_paintBuffer.SetSize(page.Width(), page.Height());
+    if (m_paintBuffer.Empty())
+        throw EInvalidGraphic(QStringLiteral("The page is too large for a picture (%1 x %2 pixels at zoom %3)")
+                                  .arg(page.Width())
+                                  .arg(page.Height())
+                                  .arg(m_zoom));
+    renderArea(m_paintBuffer.Canvas(), page, page, page, ScreenRenderOptions());
+    return m_paintBuffer.Image().copy();
+}
+
+void TMyCAD::SaveToBmp(const QString& fileName) {
+    saveImage(fileName, PageImage().convertToFormat(QImage::Format_RGB888), "BMP");
+}
+
+void TMyCAD::SaveToJpg(const QString& fileName, int quality) {
+    saveImage(fileName, PageImage(), "JPEG", std::clamp(quality, 0, 100));
+}
+
+void TMyCAD::SaveToPng(const QString& fileName) { saveImage(fileName, PageImage(), "PNG"); }
+
+QByteArray TMyCAD::SvgBytes() {
+    const TRect page = PageRectAt(1.0);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    QSvgGenerator svg;
+    svg.setOutputDevice(&buffer);
+    svg.setSize(QSize(page.Width(), page.Height()));
+    svg.setViewBox(QRect(0, 0, page.Width(), page.Height()));
+    svg.setResolution(ScreenPixelsPerInch());
+    svg.setTitle(Name().isEmpty() ? QStringLiteral("Drawing") : Name());
+    svg.setDescription(QStringLiteral("Drawn with Faroven"));
+    RenderTo(&svg, page, PrintRenderOptions(), 1.0);
+    return bytes;
+}
+
+void TMyCAD::SaveToSvg(const QString& fileName) {
+    const QByteArray bytes = SvgBytes();
+    saveFile(fileName, [&](QIODevice& file) { return file.write(bytes) == bytes.size(); });
+}
+
+}  // namespace faroven
