@@ -2,6 +2,7 @@
 // rendering of a rectangle of the drawing at zoom 1, scaled from screen
 // pixels to the device's, so the print is the screen's picture at true size.
 #include "cad/canvas/mycad.h"
+#include "cad/canvas/mycad_zoom_scope.h"
 
 #include "platform/system.h"
 

@@ -3,6 +3,7 @@
 // zoom: the background, the grid, header, footer and border, and the shapes
 // of visible layers; the screen's paint adds the editor's marks on top.
 #include "cad/canvas/mycad.h"
+#include "cad/canvas/mycad_zoom_scope.h"
 
 #include "cad/geometry/geometry.h"
 #include "cad/geometry/rotated_text.h"
@@ -12,28 +13,6 @@
 #include <utility>
 
 namespace faroven {
-
-// Shapes read the zoom from their canvas, so a rendering at another zoom sets
-// it for the time of the drawing only. The control keeps its size and no
-// paint may run meanwhile.
-class TMyCAD::ZoomScope {
-public:
-    ZoomScope(TMyCAD& cad, double zoom) : m_cad(cad), m_zoom(cad.m_zoom), m_painting(cad.m_painting) {
-        cad.m_painting = true;
-        cad.m_zoom = zoom;
-    }
-    ~ZoomScope() {
-        m_cad.m_zoom = m_zoom;
-        m_cad.m_painting = m_painting;
-    }
-    ZoomScope(const ZoomScope&) = delete;
-    ZoomScope& operator=(const ZoomScope&) = delete;
-
-private:
-    TMyCAD& m_cad;
-    double m_zoom;
-    bool m_painting;
-};
 
 TRenderOptions TMyCAD::ScreenRenderOptions() const { return TRenderOptions{true, true, true, false}; }
 
