@@ -190,13 +190,20 @@ static int clampToInt(int64_t v) { return int(std::clamp<int64_t>(v, INT32_MIN, 
 // line always leaves out the end with the larger major coordinate, which is b
 // only for lines running right (x-major) or down (y-major); any other line is
 // drawn with both ends up to the pixel before b.
+// Pixel-exact outlines (ends left out, edges one by one) matter where pixels
+// are drawn; printers, PDF, SVG and metafiles get whole figures.
+bool TCanvas::onPixels(QPainter* p) {
+    const int type = p->device() ? p->device()->devType() : QInternal::UnknownDevice;
+    return type == QInternal::Image || type == QInternal::Pixmap || type == QInternal::Widget;
+}
+
 void TCanvas::drawLineWithoutEnd(QPainter* p, TPoint a, TPoint b) {
     // In 64 bits: points far out (up to the whole int range) must not overflow.
     const int64_t dx = int64_t(b.x) - a.x, dy = int64_t(b.y) - a.y;
     if (dx == 0 && dy == 0) return;
     const bool xMajor = std::abs(dx) >= std::abs(dy);
     const bool forward = xMajor ? dx > 0 : dy > 0;
-    if (forward || p->pen().widthF() > 1 || p->pen().capStyle() != Qt::FlatCap) {
+    if (forward || p->pen().widthF() > 1 || p->pen().capStyle() != Qt::FlatCap || !onPixels(p)) {
         p->drawLine(a.x, a.y, b.x, b.y);
         return;
     }
@@ -297,7 +304,7 @@ void TCanvas::Polygon(const TPoint* points, int count) {
     applyMode(p);
     applyPen(p);
     applyBrush(p);
-    if (!penVisible() || p->pen().widthF() > 1 || p->pen().capStyle() != Qt::FlatCap) {
+    if (!penVisible() || p->pen().widthF() > 1 || p->pen().capStyle() != Qt::FlatCap || !onPixels(p)) {
         p->drawPolygon(poly, Qt::OddEvenFill);
         return;
     }
@@ -326,7 +333,7 @@ void TCanvas::Polyline(const TPoint* points, int count) {
     applyMode(p);
     applyPen(p);
     applyNoBrush(p);
-    if (p->pen().widthF() > 1 || p->pen().capStyle() != Qt::FlatCap) {
+    if (p->pen().widthF() > 1 || p->pen().capStyle() != Qt::FlatCap || !onPixels(p)) {
         p->drawPolyline(poly);
         return;
     }

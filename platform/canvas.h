@@ -6,6 +6,8 @@
 //  - Polygon fills with the alternate (odd-even) rule;
 //  - no antialiasing, except text drawn through a logical font that asks for it;
 //  - the pen mode is a binary raster operation applied to pen and brush alike.
+// On devices without pixels of their own (printers, PDF, SVG, metafiles) thin
+// outlines are drawn as whole figures and lines to their end point.
 #pragma once
 
 #include "platform/bitmap.h"
@@ -157,6 +159,7 @@ private:
     void applyNoPen(QPainter* p);
     void applyNoBrush(QPainter* p);
     void applyMode(QPainter* p);
+    static bool onPixels(QPainter* p);
     void drawLineWithoutEnd(QPainter* p, TPoint a, TPoint b);
     QFont currentQFont() const;
     void drawText(QPainter* p, int x, int y, const QString& text, bool opaque);
