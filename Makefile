@@ -4,9 +4,9 @@
 PACKAGES := cmake ninja-build g++ make ccache pkg-config qt6-base-dev qt6-svg-dev qt6-qpa-plugins \
             libgl-dev googletest libgtest-dev libgmock-dev libbenchmark-dev fonts-dejavu-core
 FUZZ_PACKAGES := clang-14 libclang-rt-14-dev
-# Independent programs the tests check our DXF files with, and the DXF parser
-# the benchmark compares against.
-TEST_PACKAGES := python3-ezdxf librecad librecad-data poppler-utils
+# Independent programs the tests check our DXF and WMF files with, and the DXF
+# parser the benchmark compares against.
+TEST_PACKAGES := python3-ezdxf librecad librecad-data poppler-utils libwmf-bin
 BENCH_PACKAGES := libdxflib-dev
 FUZZ_SECONDS ?= 60
 

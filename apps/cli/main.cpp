@@ -6,6 +6,7 @@
 // Exit codes: 0 done, 1 the work failed (a file could not be read or
 // written), 2 the command line is wrong.
 #include "documents.h"
+#include "render.h"
 
 #include "cad/canvas/mycad.h"
 #include "cad/persistence/lib_manager.h"

@@ -67,6 +67,8 @@ void RenderPicture(TMyCAD& canvas, const QString& path, double zoom, bool page) 
         pdf.setPageMargins(QMarginsF(0, 0, 0, 0));
         paint(&pdf);
     } else {
+        if (int64_t(w) * h > TMyCAD::MaxPicturePixels)
+            throw EWriteError(QStringLiteral("%1: a picture of %2 x %3 pixels is too large").arg(path).arg(w).arg(h));
         QImage image(w, h, QImage::Format_RGB32);
         if (image.isNull()) throw EWriteError(QStringLiteral("%1: a picture of %2 x %3 pixels is too large").arg(path).arg(w).arg(h));
         paint(&image);

@@ -711,7 +711,7 @@ public:
     // The sheets of paper paperMm (millimetres) that a print takes: rectangles
     // of the drawing in pixels at zoom 1, row by row from the top and each
     // row from the left. The page's top-left corner is a sheet's corner;
-    // shapes on visible layers add sheets where they reach more than half a
+    // shapes on visible layers add sheets where they reach more than about a
     // millimetre beyond the page. EPrinter when more than MaxPrintSheets.
     std::vector<TRect> PrintSheets(QSizeF paperMm);
     static constexpr int MaxPrintSheets = 1000;
@@ -737,8 +737,9 @@ public:
     // Pixel pictures show the page as the canvas paints it at the current
     // zoom (background, grid, header and footer, shapes of visible layers)
     // without any mark: exactly the pixels of the screen's paint.
-    // EInvalidGraphic when the page is too large for a picture.
+    // EInvalidGraphic when the page has more than MaxPicturePixels.
     QImage PageImage();
+    static constexpr int64_t MaxPicturePixels = int64_t(256) * 1024 * 1024;
     // The files are written through QSaveFile, so an existing file is
     // replaced only by a complete new one; EFCreateError or EWriteError,
     // naming the file, otherwise.

@@ -36,16 +36,21 @@ void saveImage(const QString& fileName, const QImage& image, const char* format,
 }  // namespace
 
 QImage TMyCAD::PageImage() {
-    // Drawn in the paint buffer, as a paint draws, so the pixels are the screen's.
     const TRect page = ClientRect();
-    m_paintBuffer.SetSize(page.Width(), page.Height());
-    if (m_paintBuffer.Empty())
+    const int64_t pixels = int64_t(page.Width()) * page.Height();
+    if (pixels > MaxPicturePixels)
         throw EInvalidGraphic(QStringLiteral("The page is too large for a picture (%1 x %2 pixels at zoom %3)")
                                   .arg(page.Width())
                                   .arg(page.Height())
                                   .arg(m_zoom));
+    // Drawn in the paint buffer, as a paint draws, so the pixels are the
+    // screen's; the buffer is given back afterwards, as it may be large.
+    m_paintBuffer.SetSize(page.Width(), page.Height());
+    if (m_paintBuffer.Empty()) throw EInvalidGraphic(QStringLiteral("Not enough memory for a picture of the page"));
     renderArea(m_paintBuffer.Canvas(), page, page, page, ScreenRenderOptions());
-    return m_paintBuffer.Image().copy();
+    QImage image = m_paintBuffer.Image().copy();
+    m_paintBuffer.SetSize(0, 0);
+    return image;
 }
 
 void TMyCAD::SaveToBmp(const QString& fileName) {

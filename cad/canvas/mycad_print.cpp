@@ -33,7 +33,8 @@ std::vector<TRect> TMyCAD::PrintSheets(QSizeF paperMm) {
     double left = 0, top = 0, right = m_pageWidth * ppmm, bottom = m_pageHeight * ppmm;
     const TRect shapes = VisibleShapesBoundsAt(1.0);
     if (shapes.right > shapes.left || shapes.bottom > shapes.top) {
-        const double slack = 0.5 * ppmm;
+        // The painted bounds leave room for hot marks, which do not print.
+        const double slack = m_hotSize + 3 + ppmm;
         left = std::min(left, shapes.left + slack);
         top = std::min(top, shapes.top + slack);
         right = std::max(right, shapes.right - slack);
