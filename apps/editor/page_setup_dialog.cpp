@@ -41,9 +41,11 @@ QFont toQFont(const TFont& font) {
     return f;
 }
 
-// Face, size and styles from the dialog; colour, character set and pitch stay.
-void takeQFont(TFont& font, const QFont& f) {
-    font.SetName(f.family());
+// Size and styles from the dialog, and the face when another one was chosen
+// than the dialog showed at first (it shows a face that is not installed as
+// the one standing in for it); colour, character set and pitch stay.
+void takeQFont(TFont& font, const QFont& f, const QString& shownFamily) {
+    if (f.family() != shownFamily) font.SetName(f.family());
     font.SetSize(f.pointSize() > 0 ? f.pointSize() : std::max(1, qRound(f.pointSizeF())));
     TFontStyles styles;
     if (f.bold()) styles.Include(fsBold);
@@ -160,10 +162,11 @@ QGroupBox* PageSetupDialog::borderGroup(const PageSettings& value) {
 }
 
 void PageSetupDialog::chooseFont(BandFields& band, const QString& title) {
-    bool ok = false;
-    const QFont chosen = QFontDialog::getFont(&ok, toQFont(band.chosenFont), this, tr("%1 font").arg(title));
-    if (!ok) return;
-    takeQFont(band.chosenFont, chosen);
+    QFontDialog dialog(toQFont(band.chosenFont), this);
+    dialog.setWindowTitle(tr("%1 font").arg(title));
+    const QString shownFamily = dialog.currentFont().family();
+    if (dialog.exec() != QDialog::Accepted) return;
+    takeQFont(band.chosenFont, dialog.selectedFont(), shownFamily);
     band.font->setText(describe(band.chosenFont));
 }
 
