@@ -172,6 +172,21 @@ TEST_F(EditorExport, EveryKindWritesItsFileFormat) {
     EXPECT_LT(written("low.jpg").size(), written("high.jpg").size());
 }
 
+TEST_F(EditorExport, PixelPicturesAreOffWhileThePageIsTooLargeForOne) {
+    const auto enabled = [this] {
+        QString states;
+        for (QAction* action : exportMenu.actions()) states += action->isEnabled() ? u'+' : u'-';
+        return states;
+    };
+    cad.SetPageStyle(A0);
+    cad.SetZoom(8);
+    actions.update();
+    EXPECT_EQ(enabled(), "---++");  // PNG, JPG, BMP; SVG and PDF print at true size
+    cad.SetZoom(1);
+    actions.update();
+    EXPECT_EQ(enabled(), "+++++");
+}
+
 TEST_F(EditorExport, TheProposedNameIsTheDrawingsWithTheSuffix) {
     EXPECT_EQ(actions.suggestedFileName(PrintActions::Picture::Png), "Untitled.png");
     const QString drawing = dir.filePath("house.fvd");

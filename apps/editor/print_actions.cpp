@@ -24,23 +24,25 @@ struct PictureKind {
     const char* menuText;
     const char* name;
     const char* filter;
+    // A picture of the screen's pixels, limited in size, rather than a vector file.
+    bool pixels;
 };
 
 // The "Export as" items in menu order.
 // WMF: once TMyCAD::SaveToWmf is on main, add a Wmf picture, the row
-// {Picture::Wmf, "wmf", "&WMF…", "WMF", "Windows metafile (*.wmf)"} here and
+// {Picture::Wmf, "wmf", "&WMF…", "WMF", "Windows metafile (*.wmf)", false} here and
 // its case in PrintActions::exportTo.
 constexpr PictureKind kPictures[] = {
     {PrintActions::Picture::Png, "png", QT_TRANSLATE_NOOP("PrintActions", "&PNG…"), "PNG",
-     QT_TRANSLATE_NOOP("PrintActions", "PNG picture (*.png)")},
+     QT_TRANSLATE_NOOP("PrintActions", "PNG picture (*.png)"), true},
     {PrintActions::Picture::Jpg, "jpg", QT_TRANSLATE_NOOP("PrintActions", "&JPG…"), "JPG",
-     QT_TRANSLATE_NOOP("PrintActions", "JPEG picture (*.jpg *.jpeg)")},
+     QT_TRANSLATE_NOOP("PrintActions", "JPEG picture (*.jpg *.jpeg)"), true},
     {PrintActions::Picture::Bmp, "bmp", QT_TRANSLATE_NOOP("PrintActions", "&BMP…"), "BMP",
-     QT_TRANSLATE_NOOP("PrintActions", "Bitmap picture (*.bmp)")},
+     QT_TRANSLATE_NOOP("PrintActions", "Bitmap picture (*.bmp)"), true},
     {PrintActions::Picture::Svg, "svg", QT_TRANSLATE_NOOP("PrintActions", "&SVG…"), "SVG",
-     QT_TRANSLATE_NOOP("PrintActions", "SVG drawing (*.svg)")},
+     QT_TRANSLATE_NOOP("PrintActions", "SVG drawing (*.svg)"), false},
     {PrintActions::Picture::Pdf, "pdf", QT_TRANSLATE_NOOP("PrintActions", "P&DF…"), "PDF",
-     QT_TRANSLATE_NOOP("PrintActions", "PDF document (*.pdf)")},
+     QT_TRANSLATE_NOOP("PrintActions", "PDF document (*.pdf)"), false},
 };
 
 const PictureKind& kindOf(PrintActions::Picture picture) {
@@ -65,7 +67,11 @@ PrintActions::PrintActions(TMyCAD* cad, const DocumentState* document, QWidget* 
     for (const PictureKind& kind : kPictures) {
         QAction* action = exportMenu->addAction(tr(kind.menuText));
         connect(action, &QAction::triggered, this, [this, picture = kind.picture] { exportPicture(picture); });
+        if (kind.pixels) m_pixelActions.push_back(action);
     }
+    exportMenu->setToolTipsVisible(true);
+    // The zoom changes without telling: look when the submenu opens.
+    connect(exportMenu, &QMenu::aboutToShow, this, &PrintActions::update);
 
     QAction* setupAction = menu->addAction(tr("Page set&up…"));
     setupAction->setToolTip(tr("Paper, header, footer and border of the printed page"));
@@ -75,6 +81,15 @@ PrintActions::PrintActions(TMyCAD* cad, const DocumentState* document, QWidget* 
     QAction* printAction = menu->addAction(tr("&Print…"));
     printAction->setShortcut(QKeySequence::Print);
     connect(printAction, &QAction::triggered, this, &PrintActions::print);
+}
+
+void PrintActions::update() {
+    const int64_t pixels = int64_t(m_cad->width()) * m_cad->height();
+    const bool fits = pixels <= TMyCAD::MaxPicturePixels;
+    for (QAction* action : m_pixelActions) {
+        action->setEnabled(fits);
+        action->setToolTip(fits ? QString() : tr("The page is too large for a picture at this zoom; zoom out first"));
+    }
 }
 
 void PrintActions::pageSetup() {

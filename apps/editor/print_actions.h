@@ -7,7 +7,9 @@
 #include "document_state.h"
 
 #include <QObject>
+#include <vector>
 
+class QAction;
 class QMenu;
 class QWidget;
 
@@ -28,6 +30,9 @@ public:
     // The file the export proposes: the drawing's file with the picture's
     // suffix, or "Untitled" with it for a drawing never saved.
     QString suggestedFileName(Picture picture) const;
+    // Enables the pixel pictures (PNG, JPG, BMP) while the page at the
+    // current zoom is small enough for one; runs whenever the submenu opens.
+    void update();
 
 signals:
     // The page setup dialog changed the page settings.
@@ -45,4 +50,5 @@ private:
     const DocumentState* m_document;
     QWidget* m_window;
     int m_jpgQuality = 90;
+    std::vector<QAction*> m_pixelActions;
 };
