@@ -9,7 +9,7 @@ namespace faroven {
 
 TWmfDevice::TWmfDevice(int width, int height, int unitsPerInch)
     : m_width(width), m_height(height), m_unitsPerInch(unitsPerInch) {
-    if (width < 1 || height < 1 || width > 32767 || height > 32767)
+    if (width < 1 || height < 1 || width > MaxSize || height > MaxSize)
         throw std::invalid_argument("metafile size must be 1 to 32767 units a side");
     if (unitsPerInch < 1 || unitsPerInch > 65535)
         throw std::invalid_argument("metafile units per inch must be 1 to 65535");

@@ -21,6 +21,7 @@ public:
     // sizes above 32767 raise std::invalid_argument, as do sizes and units
     // below 1 and more than 65535 units per inch.
     TWmfDevice(int width, int height, int unitsPerInch = 96);
+    static constexpr int MaxSize = 32767;
     ~TWmfDevice() override;
     TWmfDevice(const TWmfDevice&) = delete;
     TWmfDevice& operator=(const TWmfDevice&) = delete;

@@ -55,7 +55,7 @@ TEST(Cli, InfoDescribesADxfFileAndTheDrawingConvertedFromIt) {
 
 TEST(Cli, RenderWritesPictures) {
     QTemporaryDir dir;
-    for (const char* name : {"k.png", "k.svg", "k.pdf", "k.jpg", "k.bmp"}) {
+    for (const char* name : {"k.png", "k.svg", "k.pdf", "k.jpg", "k.bmp", "k.wmf"}) {
         const Result run = faroven({"render", kKinds, "--extended", "-o", dir.filePath(name), "--zoom", "2"});
         ASSERT_EQ(run.code, 0) << run.err.toStdString();
     }

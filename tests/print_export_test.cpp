@@ -313,4 +313,48 @@ TEST_F(PrintedDrawing, SvgKeepsShapesAndTextsAtTrueSize) {
     EXPECT_TRUE(cad.SvgBytes().contains("#f0f0e0"));
 }
 
+// ---- Windows metafiles ---------------------------------------------------------------------------
+
+// libwmf's wmf2gd leaves META_ELLIPSE unfilled (its SVG fills it), so the
+// ellipse's inside is left out of the comparison. It also scales what is
+// drawn to the picture, so the page's background is printed to fill it.
+TEST_F(PrintedDrawing, WmfOfThePageRendersInLibwmfLikeThePrint) {
+    const QString wmf2gd = QStandardPaths::findExecutable("wmf2gd");
+    if (wmf2gd.isEmpty()) GTEST_SKIP() << "libwmf-bin (wmf2gd) is not installed";
+    cad.SetPrintBackground(true);
+    const QString wmf = dir.filePath("page.wmf"), png = dir.filePath("page.png");
+    cad.SaveToWmf(wmf);
+    QProcess run;
+    run.start(wmf2gd, {"-t", "png", "--maxwidth=794", "--maxheight=1123", "--maxsize", "-o", png, wmf});
+    ASSERT_TRUE(run.waitForFinished(60000));
+    QImage seen = QImage(png).convertToFormat(QImage::Format_RGB32);
+    QImage expected = referencePage();
+    ASSERT_EQ(seen.size(), expected.size());
+    EXPECT_EQ(QColor(seen.pixel(250, 250)), QColor(Qt::red));
+    EXPECT_FALSE(inkIn(seen, QRect(160, 810, 180, 80))) << "the hidden layer";
+    EXPECT_TRUE(inkIn(seen, QRect(150, 500, 200, 40))) << "the text";
+    EXPECT_TRUE(inkIn(seen, QRect(200, int(15 * kPixelsPerMm), 400, 25))) << "header";
+    for (QImage* image : {&seen, &expected}) {
+        QPainter(image).fillRect(410, 210, 180, 180, Qt::black);
+        *image = image->scaled(image->width() / 4, image->height() / 4, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    }
+    double difference = 0;
+    for (int y = 0; y < seen.height(); ++y)
+        for (int x = 0; x < seen.width(); ++x) difference += std::abs(qGray(seen.pixel(x, y)) - qGray(expected.pixel(x, y)));
+    EXPECT_LT(difference / (seen.width() * seen.height()), 3.0) << "mean grey difference at a quarter of the size";
+}
+
+TEST_F(PrintedDrawing, TheClipboardGetsTheMetafileWithSvgAndPictureBeside) {
+    cad.CopyToClipBoardAsWmf();
+    const QByteArray wmf = Clipboard()->Data("image/x-wmf");
+    EXPECT_TRUE(wmf.startsWith(QByteArray("\xD7\xCD\xC6\x9A", 4)));
+    EXPECT_EQ(wmf, cad.WmfBytes());
+    EXPECT_TRUE(Clipboard()->Data("image/svg+xml").contains("Hello printer"));
+    EXPECT_EQ(Clipboard()->Image().size(), QSize(794, 1123));
+
+    cad.SetPageStyle(CustomerPage);
+    cad.SetPageWidth(9000);  // 34016 pixels: more than a metafile holds
+    EXPECT_THROW(cad.WmfBytes(), EInvalidGraphic);
+}
+
 }  // namespace

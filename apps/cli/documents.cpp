@@ -99,7 +99,7 @@ void SaveFrom(TMyCAD& canvas, const QString& path, const DxfOptions& options, do
         RenderPicture(canvas, path, zoom, page);
     } else {
         throw EWriteError(
-            QStringLiteral("%1: unknown output type \".%2\" (use .fvd, .dxf, .png, .jpg, .bmp, .svg or .pdf)").arg(path, suffix));
+            QStringLiteral("%1: unknown output type \".%2\" (use .fvd, .dxf, .png, .jpg, .bmp, .svg, .pdf or .wmf)").arg(path, suffix));
     }
 }
 

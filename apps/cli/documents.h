@@ -39,7 +39,7 @@ using Progress = std::function<void(const QString& what, qint64 done, qint64 tot
 QStringList OpenInto(TMyCAD& canvas, const QString& path, const DxfOptions& options, const Progress& progress);
 
 // Saves the canvas as a drawing (.fvd), DXF (.dxf) or picture (.png, .jpg,
-// .bmp, .svg, .pdf) by the file's suffix; zoom and page apply to pictures
+// .bmp, .svg, .pdf, .wmf) by the file's suffix; zoom and page apply to pictures
 // (see RenderPicture).
 void SaveFrom(TMyCAD& canvas, const QString& path, const DxfOptions& options, double zoom = 1, bool page = false);
 

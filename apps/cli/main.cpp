@@ -31,11 +31,11 @@ const char* const kUsage =
     "  info FILE                     what a drawing (.fvd), library (.fvl) or DXF file holds:\n"
     "                                kind, version, size, layers, shapes by class\n"
     "  render FILE -o OUT            a picture of a drawing or DXF file:\n"
-    "                                OUT.png, .jpg, .bmp, .svg or .pdf\n"
+    "                                OUT.png, .jpg, .bmp, .svg, .pdf or .wmf\n"
     "      --zoom Z                  at zoom Z (default 1)\n"
     "      --layer NAME              only the shapes of layer NAME\n"
     "      --page                    the page as the editor shows (pixel pictures) or prints\n"
-    "                                it (SVG, PDF: every sheet), instead of the shapes alone\n"
+    "                                it (SVG, PDF: every sheet, WMF), instead of the shapes alone\n"
     "  convert IN OUT                between drawings (.fvd) and DXF (.dxf), or to a picture\n"
     "\n"
     "DXF options (info, render, convert):\n"
@@ -166,7 +166,7 @@ void render(const Arguments& a) {
         canvas.VisibleLayerByID(keep);
     }
     if (!IsPictureSuffix(QFileInfo(a.output).suffix().toLower()))
-        throw UsageError{QStringLiteral("render writes .png, .jpg, .bmp, .svg or .pdf, not \"%1\"").arg(a.output)};
+        throw UsageError{QStringLiteral("render writes .png, .jpg, .bmp, .svg, .pdf or .wmf, not \"%1\"").arg(a.output)};
     SaveFrom(canvas, a.output, a.dxf, a.zoom, a.page);
 }
 

@@ -1,6 +1,7 @@
 #include "render.h"
 
 #include "cad/canvas/mycad.h"
+#include "platform/wmf_device.h"
 
 #include <QFileInfo>
 #include <QImageWriter>
@@ -24,12 +25,13 @@ void savePage(TMyCAD& canvas, const QString& path, double zoom) {
     else if (suffix == u"jpg" || suffix == u"jpeg") canvas.SaveToJpg(path);
     else if (suffix == u"bmp") canvas.SaveToBmp(path);
     else if (suffix == u"svg") canvas.SaveToSvg(path);
+    else if (suffix == u"wmf") canvas.SaveToWmf(path);
     else canvas.SaveToPdf(path);
 }
 }  // namespace
 
 bool IsPictureSuffix(const QString& suffix) {
-    static const QStringList kinds{"png", "jpg", "jpeg", "bmp", "svg", "pdf"};
+    static const QStringList kinds{"png", "jpg", "jpeg", "bmp", "svg", "pdf", "wmf"};
     return kinds.contains(suffix);
 }
 
@@ -59,6 +61,14 @@ void RenderPicture(TMyCAD& canvas, const QString& path, double zoom, bool page) 
         svg.setViewBox(QRect(0, 0, w, h));
         svg.setTitle(QFileInfo(path).completeBaseName());
         paint(&svg);
+    } else if (suffix == u"wmf") {
+        if (w > TWmfDevice::MaxSize || h > TWmfDevice::MaxSize)
+            throw EWriteError(QStringLiteral("%1: a metafile of %2 x %3 units is too large").arg(path).arg(w).arg(h));
+        TWmfDevice wmf(w, h);
+        paint(&wmf);
+        const QByteArray bytes = wmf.Data();
+        if (file.write(bytes) != bytes.size())
+            throw EWriteError(QStringLiteral("Cannot write file \"%1\". %2").arg(path, file.errorString()));
     } else if (suffix == u"pdf") {
         // One page the size of the picture at 96 pixels per inch.
         QPdfWriter pdf(&file);

@@ -752,6 +752,16 @@ public:
     // make an inch. The SVG keeps texts as text.
     QByteArray SvgBytes();
     void SaveToSvg(const QString& fileName);
+    // A placeable Windows metafile of the page (see docs/wmf.md).
+    // EInvalidGraphic when the page is wider or higher than a metafile holds
+    // (32767 units).
+    QByteArray WmfBytes();
+    void SaveToWmf(const QString& fileName);
+    // The page as it prints on the system clipboard: the metafile under
+    // "image/x-wmf", beside it the SVG under "image/svg+xml" and a picture at
+    // zoom 1 on white in the platform's image formats, so that programs
+    // without metafile support paste something.
+    void CopyToClipBoardAsWmf();
 
     // The off-screen buffer the last paint drew into.
     TBitmap* PaintBuffer() { return &m_paintBuffer; }

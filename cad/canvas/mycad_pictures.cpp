@@ -5,6 +5,7 @@
 #include "cad/canvas/mycad.h"
 
 #include "platform/system.h"
+#include "platform/wmf_device.h"
 
 #include <QBuffer>
 #include <QFileInfo>
@@ -82,6 +83,32 @@ QByteArray TMyCAD::SvgBytes() {
 void TMyCAD::SaveToSvg(const QString& fileName) {
     const QByteArray bytes = SvgBytes();
     saveFile(fileName, [&](QIODevice& file) { return file.write(bytes) == bytes.size(); });
+}
+
+QByteArray TMyCAD::WmfBytes() {
+    const TRect page = PageRectAt(1.0);
+    if (page.Width() > TWmfDevice::MaxSize || page.Height() > TWmfDevice::MaxSize)
+        throw EInvalidGraphic(QStringLiteral("The page is too large for a metafile (%1 x %2 units, at most %3)")
+                                  .arg(page.Width())
+                                  .arg(page.Height())
+                                  .arg(TWmfDevice::MaxSize));
+    TWmfDevice wmf(page.Width(), page.Height(), ScreenPixelsPerInch());
+    RenderTo(&wmf, page, PrintRenderOptions(), 1.0);
+    return wmf.Data();
+}
+
+void TMyCAD::SaveToWmf(const QString& fileName) {
+    const QByteArray bytes = WmfBytes();
+    saveFile(fileName, [&](QIODevice& file) { return file.write(bytes) == bytes.size(); });
+}
+
+void TMyCAD::CopyToClipBoardAsWmf() {
+    const TRect page = PageRectAt(1.0);
+    QImage picture(page.Width(), page.Height(), QImage::Format_RGB32);
+    picture.fill(Qt::white);
+    RenderTo(&picture, page, PrintRenderOptions(), 1.0);
+    Clipboard()->SetFormats({{QStringLiteral("image/x-wmf"), WmfBytes()}, {QStringLiteral("image/svg+xml"), SvgBytes()}},
+                            picture);
 }
 
 }  // namespace faroven
