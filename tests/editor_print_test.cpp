@@ -149,7 +149,7 @@ protected:
 };
 
 TEST_F(EditorExport, EveryKindWritesItsFileFormat) {
-    EXPECT_EQ(exportMenu.actions().size(), 5);
+    EXPECT_EQ(exportMenu.actions().size(), 6);
     const struct {
         PrintActions::Picture picture;
         const char* name;
@@ -158,7 +158,8 @@ TEST_F(EditorExport, EveryKindWritesItsFileFormat) {
                  {PrintActions::Picture::Jpg, "plan.jpg", "\xFF\xD8\xFF"},
                  {PrintActions::Picture::Bmp, "plan.bmp", "BM"},
                  {PrintActions::Picture::Svg, "plan.svg", "<?xml"},
-                 {PrintActions::Picture::Pdf, "plan.pdf", "%PDF"}};
+                 {PrintActions::Picture::Pdf, "plan.pdf", "%PDF"},
+                 {PrintActions::Picture::Wmf, "plan.wmf", "\xD7\xCD\xC6\x9A"}};
     for (const auto& kind : kinds) {
         SCOPED_TRACE(kind.name);
         EXPECT_TRUE(actions.exportTo(kind.picture, dir.filePath(kind.name)));
@@ -181,10 +182,10 @@ TEST_F(EditorExport, PixelPicturesAreOffWhileThePageIsTooLargeForOne) {
     cad.SetPageStyle(A0);
     cad.SetZoom(8);
     actions.update();
-    EXPECT_EQ(enabled(), "---++");  // PNG, JPG, BMP; SVG and PDF print at true size
+    EXPECT_EQ(enabled(), "---+++");  // PNG, JPG, BMP; SVG, PDF and WMF are at true size
     cad.SetZoom(1);
     actions.update();
-    EXPECT_EQ(enabled(), "+++++");
+    EXPECT_EQ(enabled(), "++++++");
 }
 
 TEST_F(EditorExport, TheProposedNameIsTheDrawingsWithTheSuffix) {

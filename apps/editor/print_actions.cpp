@@ -29,9 +29,6 @@ struct PictureKind {
 };
 
 // The "Export as" items in menu order.
-// WMF: once TMyCAD::SaveToWmf is on main, add a Wmf picture, the row
-// {Picture::Wmf, "wmf", "&WMF…", "WMF", "Windows metafile (*.wmf)", false} here and
-// its case in PrintActions::exportTo.
 constexpr PictureKind kPictures[] = {
     {PrintActions::Picture::Png, "png", QT_TRANSLATE_NOOP("PrintActions", "&PNG…"), "PNG",
      QT_TRANSLATE_NOOP("PrintActions", "PNG picture (*.png)"), true},
@@ -43,6 +40,8 @@ constexpr PictureKind kPictures[] = {
      QT_TRANSLATE_NOOP("PrintActions", "SVG drawing (*.svg)"), false},
     {PrintActions::Picture::Pdf, "pdf", QT_TRANSLATE_NOOP("PrintActions", "P&DF…"), "PDF",
      QT_TRANSLATE_NOOP("PrintActions", "PDF document (*.pdf)"), false},
+    {PrintActions::Picture::Wmf, "wmf", QT_TRANSLATE_NOOP("PrintActions", "&WMF…"), "WMF",
+     QT_TRANSLATE_NOOP("PrintActions", "Windows metafile (*.wmf)"), false},
 };
 
 const PictureKind& kindOf(PrintActions::Picture picture) {
@@ -167,6 +166,7 @@ bool PrintActions::exportTo(Picture picture, const QString& fileName, int jpgQua
         case Picture::Bmp: m_cad->SaveToBmp(fileName); break;
         case Picture::Svg: m_cad->SaveToSvg(fileName); break;
         case Picture::Pdf: m_cad->SaveToPdf(fileName); break;
+        case Picture::Wmf: m_cad->SaveToWmf(fileName); break;
         }
     } catch (const Exception& error) {
         showError(tr("Export as %1").arg(QString::fromLatin1(kindOf(picture).name)),

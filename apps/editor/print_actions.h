@@ -1,6 +1,6 @@
 // The editor's printing commands in the File menu: the page setup dialog,
 // the print preview and printing, and exporting the page as a picture (PNG,
-// JPG, BMP, SVG) or a PDF document in the "Export as" submenu.
+// JPG, BMP, SVG, WMF) or a PDF document in the "Export as" submenu.
 #pragma once
 
 #include "cad/canvas/mycad.h"
@@ -16,7 +16,7 @@ class QWidget;
 class PrintActions : public QObject {
     Q_OBJECT
 public:
-    enum class Picture { Png, Jpg, Bmp, Svg, Pdf };
+    enum class Picture { Png, Jpg, Bmp, Svg, Pdf, Wmf };
 
     // Adds the page setup, print preview and print items to menu and one
     // item per picture kind to exportMenu. document gives the drawing's name.
