@@ -3,6 +3,7 @@
 #include "dxf/dxf_export.h"
 #include "dxf/dxf_import.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QDir>
 #include <QFileDialog>
@@ -24,8 +25,9 @@ DxfActions::DxfActions(TMyCAD* cad, QWidget* window, QMenu* menu) : QObject(wind
     QAction* importAction = menu->addAction(tr("Import &DXF…"));
     importAction->setToolTip(tr("Add the drawing of a DXF file, in millimetres, to this drawing"));
     connect(importAction, &QAction::triggered, this, &DxfActions::importDxf);
-    QAction* exportAction = menu->addAction(tr("&Export as DXF…"));
-    connect(exportAction, &QAction::triggered, this, &DxfActions::exportDxf);
+    m_exportAction = new QAction(tr("D&XF…"), this);
+    m_exportAction->setToolTip(tr("The drawing as a DXF file in millimetres"));
+    connect(m_exportAction, &QAction::triggered, this, &DxfActions::exportDxf);
 }
 
 void DxfActions::importDxf() {

@@ -1,6 +1,7 @@
 #include "file_actions.h"
 
 #include "dxf_actions.h"
+#include "print_actions.h"
 #include "recent_files.h"
 
 #include "platform/stream.h"
@@ -11,6 +12,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMainWindow>
+#include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QProgressDialog>
@@ -87,6 +89,17 @@ FileActions::FileActions(TMyCAD* cad, QMainWindow* window)
     menu->addSeparator();
     m_dxf = new DxfActions(cad, window, menu);
     connect(m_dxf, &DxfActions::changed, this, &FileActions::changed);
+    QMenu* exportMenu = menu->addMenu(tr("E&xport as"));
+    menu->addSeparator();
+    // The pictures and PDF first, then the DXF export.
+    m_print = new PrintActions(cad, &m_document, window, menu, exportMenu);
+    exportMenu->addSeparator();
+    exportMenu->addAction(m_dxf->exportAction());
+    // Page settings are saved with the drawing but are not undo steps.
+    connect(m_print, &PrintActions::pageChanged, this, [this] {
+        m_document.markModified();
+        emit pageChanged();
+    });
     menu->addSeparator();
     QAction* quitAction = menu->addAction(tr("&Quit"));
     quitAction->setShortcut(QKeySequence::Quit);

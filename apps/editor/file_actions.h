@@ -1,5 +1,6 @@
 // The editor's File menu: new, open, save, save as, revert, inserting a
-// drawing as a block, the recent files and quit. It keeps the document state
+// drawing as a block, the recent files, DXF import, the "Export as" submenu,
+// page setup, print preview, print and quit. It keeps the document state
 // (file name, unsaved changes) and asks before unsaved changes are lost.
 #pragma once
 
@@ -9,6 +10,7 @@
 #include <QObject>
 
 class DxfActions;
+class PrintActions;
 class QAction;
 class QMainWindow;
 class RecentFiles;
@@ -40,6 +42,9 @@ signals:
     void drawingReplaced();
     // The drawing or its file changed (saved, block inserted).
     void changed();
+    // The page setup changed the page (size, orientation, header and the
+    // like); the drawing counts as modified already.
+    void pageChanged();
 
 private:
     void newDrawing();
@@ -60,4 +65,5 @@ private:
     RecentFiles* m_recent = nullptr;
     QAction* m_revert = nullptr;
     DxfActions* m_dxf = nullptr;
+    PrintActions* m_print = nullptr;
 };

@@ -96,6 +96,12 @@ MainWindow::MainWindow(bool empty, QWidget* parent) : QMainWindow(parent) {
         updateActions();
     });
     connect(m_file, &FileActions::changed, this, &MainWindow::updateActions);
+    // The page tool bar and the rulers show the new paper.
+    connect(m_file, &FileActions::pageChanged, this, [this] {
+        m_viewControls->sync();
+        m_frame->UpdateRulers();
+        updateActions();
+    });
     connect(m_file, &FileActions::drawingReplaced, this, &MainWindow::drawingReplaced);
     m_cad->installEventFilter(this);
     updateActions();
