@@ -12,7 +12,6 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QPrintDialog>
-#include <QPrintPreviewDialog>
 #include <QPrinter>
 
 using namespace faroven;
@@ -96,26 +95,8 @@ void PrintActions::pageSetup() {
     if (dialog.exec() == QDialog::Accepted && dialog.changedPage()) emit pageChanged();
 }
 
-// Qt's preview of the pages PrintTo prints, on the printer Print… uses, so
-// printing from the preview prints the same. The canvas's PrintPreview makes
-// a dialog of Qt's small default size; this one takes most of the window so
-// that a page can be read.
-void PrintActions::printPreview() {
-    QPrinter* printer = Printer()->Device();
-    m_cad->PreparePrinter(printer);
-    QPrintPreviewDialog dialog(printer, m_window);
-    dialog.setWindowTitle(tr("Print preview"));
-    dialog.resize(m_window->size() * 0.9);
-    connect(&dialog, &QPrintPreviewDialog::paintRequested, this, [this, &dialog](QPrinter* target) {
-        try {
-            m_cad->PrintTo(target);
-        } catch (const Exception& error) {  // EPrinter among them
-            QMessageBox::critical(&dialog, tr("Print preview"),
-                                  tr("The drawing cannot be printed.\n\n%1").arg(error.Message()));
-        }
-    });
-    dialog.exec();
-}
+// The canvas's preview prints on the printer Print… uses.
+void PrintActions::printPreview() { m_cad->PrintPreview(m_window); }
 
 // The printer gets the page's paper first, so the dialog offers it.
 void PrintActions::print() {

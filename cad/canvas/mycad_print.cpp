@@ -7,6 +7,8 @@
 #include "platform/system.h"
 
 #include <QFileInfo>
+#include <QGuiApplication>
+#include <QScreen>
 #include <QPageLayout>
 #include <QPdfWriter>
 #include <QPrintPreviewDialog>
@@ -122,6 +124,11 @@ bool TMyCAD::PrintPreview(QWidget* parent) {
     PreparePrinter(printer);
     QPrintPreviewDialog dialog(printer, parent);
     dialog.setWindowTitle(QStringLiteral("Print preview"));
+    // Large enough to read a page: most of the window, or of the screen.
+    const QWidget* window = parent ? parent->window() : nullptr;
+    const QScreen* screen = window ? window->screen() : QGuiApplication::primaryScreen();
+    const QSize room = window ? window->size() * 0.9 : screen ? screen->availableSize() * 0.8 : QSize();
+    if (room.isValid()) dialog.resize(room.expandedTo(QSize(640, 480)));
     connect(&dialog, &QPrintPreviewDialog::paintRequested, this, [this](QPrinter* target) {
         try {
             PrintTo(target);
