@@ -1,16 +1,8 @@
 #include "page_settings.h"
 
-#include <array>
-#include <utility>
-
 using namespace faroven;
 
 namespace {
-// Portrait sizes in millimetres in TPageStyle order, as the canvas sizes its pages.
-constexpr std::array<std::pair<int, int>, 9> kPortraitSizes = {{
-    {841, 1189}, {594, 841}, {420, 594}, {297, 420}, {210, 297}, {148, 210}, {353, 500}, {257, 364}, {182, 257},
-}};
-
 PageSettings::Band band(const QString& text, TFont* font, TAlignment alignment, int distance) {
     PageSettings::Band b;
     b.text = text;
@@ -84,6 +76,6 @@ bool operator==(const PageSettings& a, const PageSettings& b) {
 }
 
 QSize standardPageSize(TPageStyle style, TPrinterOrientation orientation) {
-    const auto [w, h] = kPortraitSizes.at(size_t(style));
-    return orientation == poLandscape ? QSize(h, w) : QSize(w, h);
+    const QSize portrait = TMyCAD::PageStyleSize(style);
+    return orientation == poLandscape ? portrait.transposed() : portrait;
 }

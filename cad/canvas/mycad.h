@@ -631,6 +631,8 @@ public:
 
     // ==== Page, zoom, grid and background (mycad_page.cpp) =======================================
     TPageStyle GetPageStyleByWH(uint32_t width, uint32_t height) const;
+    // A standard style's portrait width and height in millimetres (A4 for CustomerPage).
+    static QSize PageStyleSize(TPageStyle style);
     // Control pixel point to the user's coordinates by XYMode.
     TPoint GetPointByMode(TPoint p) const;
     TMyPoint GetMyPointByMode(TMyPoint p) const;

@@ -25,6 +25,11 @@ namespace {
 int pagePixels(uint32_t mm, double zoom) { return Round(double(mm) * zoom * ScreenPixelsPerInch() / 25.4); }
 }  // namespace
 
+QSize TMyCAD::PageStyleSize(TPageStyle style) {
+    const PageSize size = kPageSizes[style < CustomerPage ? size_t(style) : size_t(A4)];
+    return QSize(int(size.width), int(size.height));
+}
+
 TRect TMyCAD::PageRectAt(double zoom) const {
     return TRect{0, 0, pagePixels(m_pageWidth, zoom), pagePixels(m_pageHeight, zoom)};
 }
