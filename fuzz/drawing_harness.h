@@ -70,6 +70,11 @@ inline void runDrawingLoad(const uint8_t* data, size_t size) {
         return;
     }
     checkStable(cad);
+    // Whatever a file holds, its page becomes a metafile or a clear refusal.
+    try {
+        if (cad.WmfBytes().isEmpty()) failDrawing("an empty metafile");
+    } catch (const EInvalidGraphic&) {
+    }
 }
 
 // The first byte picks the layer mode; the rest is the block.
