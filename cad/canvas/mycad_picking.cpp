@@ -67,7 +67,8 @@ void TMyCAD::rebuildShapeIndex() {
         boxes[i] = indexBoxOf(m_myShapes[i]);
         if (canvas_detail::isEmptyRect(boxes[i])) continue;
         all = unite(all, boxes[i]);
-        sumSide += std::max(boxes[i].Width(), boxes[i].Height());
+        // In 64 bits: a box may span more than the int range.
+        sumSide += double(std::max(int64_t(boxes[i].right) - boxes[i].left, int64_t(boxes[i].bottom) - boxes[i].top));
         ++sized;
     }
     // The grid spans the control and the shapes around it, up to a few
