@@ -29,8 +29,15 @@ void TShapeIndex::Reset(const TRect& area, int cellSize) {
     m_overflow.shrink_to_fit();
     m_live = 0;
     m_cell = std::clamp(cellSize, 1, 4096);
-    m_cols = std::max(1, int((int64_t(area.right) - area.left + m_cell - 1) / m_cell));
-    m_rows = std::max(1, int((int64_t(area.bottom) - area.top + m_cell - 1) / m_cell));
+    // The grid covers at most 2^30 pixels a side (boxes beyond go to the
+    // overflow list), and an area far larger than any page gets larger cells
+    // rather than more of them.
+    constexpr int64_t kMaxSide = int64_t(1) << 30, kMaxCells = int64_t(1) << 20;
+    const int64_t w = std::clamp<int64_t>(int64_t(area.right) - area.left, 1, kMaxSide);
+    const int64_t h = std::clamp<int64_t>(int64_t(area.bottom) - area.top, 1, kMaxSide);
+    while (((w + m_cell - 1) / m_cell) * ((h + m_cell - 1) / m_cell) > kMaxCells) m_cell *= 2;
+    m_cols = int((w + m_cell - 1) / m_cell);
+    m_rows = int((h + m_cell - 1) / m_cell);
     m_area = TRect{area.left, area.top, int(std::min<int64_t>(int64_t(area.left) + int64_t(m_cols) * m_cell, INT32_MAX)),
                    int(std::min<int64_t>(int64_t(area.top) + int64_t(m_rows) * m_cell, INT32_MAX))};
     m_cells.resize(size_t(m_cols) * size_t(m_rows));
