@@ -158,8 +158,10 @@ std::optional<QRegion> TWmfPaintEngine::Clip() const {
 
 bool TWmfPaintEngine::Prepare(const QPen* pen, const QBrush* brush) {
     const std::optional<QRegion> clip = Clip();
-    if (clip && clip->isEmpty()) return false;
-    m_dc.SetClip(clip ? std::optional<QRect>(clip->boundingRect()) : std::nullopt);
+    // The clip as the metafile can hold it: within the picture.
+    const QRect clipRect = clip ? clip->boundingRect() & QRect(0, 0, m_width, m_height) : QRect();
+    if (clip && clipRect.isEmpty()) return false;
+    m_dc.SetClip(clip ? std::optional<QRect>(clipRect) : std::nullopt);
     m_dc.SetRop2(Rop2For(m_mode));
     if (pen) m_dc.Select(TObjectKind::Pen, PenObject(*pen, m_transform));
     if (brush) m_dc.Select(TObjectKind::Brush, BrushObject(*brush));
