@@ -74,16 +74,17 @@ void TMyCAD::rebuildShapeIndex() {
     // The grid spans the control and the shapes around it, up to a few
     // controls' sizes away; shapes beyond go to the overflow list.
     const int64_t reach = std::max({client.Width(), client.Height(), 256}) * 4;
-    auto clampTo = [](int64_t v, int64_t lo, int64_t hi) { return int(std::clamp(v, lo, hi)); };
+    auto clampTo = [](int64_t v, int64_t lo, int64_t hi) {
+        return int(std::clamp<int64_t>(std::clamp(v, lo, hi), INT32_MIN, INT32_MAX));
+    };
     const TRect area{clampTo(all.left, client.left - reach, client.left), clampTo(all.top, client.top - reach, client.top),
                      clampTo(all.right, client.right, client.right + reach),
                      clampTo(all.bottom, client.bottom, client.bottom + reach)};
     // Cells about as large as a typical shape: a shape then touches about four
     // cells, and a cell lists few shapes. Never more than 65536 cells.
-    int cell = sized ? int(sumSide / sized) : 64;
-    cell = std::clamp(cell, 16, 4096);
-    const double areaPixels = double(area.Width()) * area.Height();
-    cell = std::max(cell, int(std::ceil(std::sqrt(areaPixels / 65536.0))));
+    int cell = sized ? int(std::clamp(sumSide / sized, 16.0, 4096.0)) : 64;
+    const double areaPixels = double(int64_t(area.right) - area.left) * double(int64_t(area.bottom) - area.top);
+    cell = std::max(cell, int(std::min(std::ceil(std::sqrt(areaPixels / 65536.0)), double(1 << 24))));
     m_shapeIndex.Reset(area, cell);
     for (size_t i = 0; i < n; ++i)
         if (m_myShapes[i]) indexShape(m_myShapes[i], boxes[i], int(i));
