@@ -46,8 +46,17 @@ QRect DeviceRect(const QRectF& r) {
     return QRect(QPoint(Coord(n.left()), Coord(n.top())), QPoint(Coord(n.right()) - 1, Coord(n.bottom()) - 1));
 }
 
-QRegion PathRegion(const QPainterPath& devicePath) {
-    return QRegion(devicePath.toFillPolygon().toPolygon(), devicePath.fillRule());
+// The clip only matters on the picture, and Qt's polygon regions fail (and
+// leak) for coordinates far out, so a clip reaching far beyond the picture is
+// cut to a margin around it first.
+QRegion PathRegion(const QPainterPath& devicePath, const QRect& picture) {
+    const QRectF room = QRectF(picture).adjusted(-picture.width(), -picture.height(), picture.width(), picture.height());
+    if (room.contains(devicePath.boundingRect()))
+        return QRegion(devicePath.toFillPolygon().toPolygon(), devicePath.fillRule());
+    QPainterPath box;
+    box.addRect(room);
+    const QPainterPath cut = devicePath.intersected(box);
+    return QRegion(cut.toFillPolygon().toPolygon(), cut.fillRule());
 }
 
 // Rotation, uniform scale and translation, without mirroring: what a
@@ -136,11 +145,11 @@ void TWmfPaintEngine::updateState(const QPaintEngineState& state) {
     // Clips arrive in the coordinates of the transform they were set under,
     // which is the current one, also when QPainter replays them on restore.
     if (flags & DirtyClipPath) {
-        ChangeClip(PathRegion(state.clipPath() * m_transform), state.clipOperation());
+        ChangeClip(PathRegion(state.clipPath() * m_transform, QRect(0, 0, m_width, m_height)), state.clipOperation());
     } else if (flags & DirtyClipRegion) {
         QPainterPath path;
         path.addRegion(state.clipRegion());
-        ChangeClip(PathRegion(path * m_transform), state.clipOperation());
+        ChangeClip(PathRegion(path * m_transform, QRect(0, 0, m_width, m_height)), state.clipOperation());
     }
     if (flags & DirtyClipEnabled) m_clipEnabled = state.isClipEnabled();
 }
