@@ -65,7 +65,9 @@ class TMyCAD : public TGraphicControl {
     Q_PROPERTY(int ArrowLength READ ArrowLength WRITE SetArrowLength)
     Q_PROPERTY(int ArrowOffset READ ArrowOffset WRITE SetArrowOffset)
     Q_PROPERTY(faroven::TArrowStyle ArrowStyle READ ArrowStyle WRITE SetArrowStyle)
+    Q_PROPERTY(faroven::TBitmap* BkBitmap READ BkBitmap)
     Q_PROPERTY(faroven::TBkBitmapMode BkBitmapMode READ BkBitmapMode WRITE SetBkBitmapMode)
+    Q_PROPERTY(faroven::TBrush* Brush READ Brush)
     Q_PROPERTY(int ColorOfBackGround READ ColorOfBackGround WRITE SetColorOfBackGround)
     Q_PROPERTY(int ColorOfHot READ ColorOfHot WRITE SetColorOfHot)
     Q_PROPERTY(bool CrossLine READ CrossLine WRITE SetCrossLine)
@@ -74,23 +76,29 @@ class TMyCAD : public TGraphicControl {
     Q_PROPERTY(bool DragTrace READ DragTrace WRITE SetDragTrace)
     Q_PROPERTY(bool DisableTextInput READ DisableTextInput WRITE SetDisableTextInput)
     Q_PROPERTY(bool Enabled READ Enabled WRITE SetEnabled)
+    Q_PROPERTY(faroven::TFont* Font READ Font)
+    Q_PROPERTY(faroven::TGridObject* GridOperation READ GridOperation)
     Q_PROPERTY(bool HotShow READ HotShow WRITE SetHotShow)
     Q_PROPERTY(int HotSize READ HotSize WRITE SetHotSize)
+    Q_PROPERTY(const faroven::TLayerTable* Layers READ LayerTable)
     Q_PROPERTY(bool LinklineAroundShape READ LinklineAroundShape WRITE SetLinklineAroundShape)
     Q_PROPERTY(faroven::TLinkLineDrawStyle LinkLineDrawStyle READ LinkLineDrawStyle WRITE SetLinkLineDrawStyle)
     Q_PROPERTY(bool LockBound READ LockBound WRITE SetLockBound)
     Q_PROPERTY(bool MouseEffect READ MouseEffect WRITE SetMouseEffect)
     Q_PROPERTY(bool OperateAllLayer READ OperateAllLayer WRITE SetOperateAllLayer)
     Q_PROPERTY(QString PageFoot READ PageFoot WRITE SetPageFoot)
+    Q_PROPERTY(faroven::TFont* PageFootFont READ PageFootFont)
     Q_PROPERTY(faroven::TAlignment PageFootAlignment READ PageFootAlignment WRITE SetPageFootAlignment)
     Q_PROPERTY(int PageFootToBottom READ PageFootToBottom WRITE SetPageFootToBottom)
     Q_PROPERTY(QString PageHead READ PageHead WRITE SetPageHead)
+    Q_PROPERTY(faroven::TFont* PageHeadFont READ PageHeadFont)
     Q_PROPERTY(faroven::TAlignment PageHeadAlignment READ PageHeadAlignment WRITE SetPageHeadAlignment)
     Q_PROPERTY(int PageHeadToTop READ PageHeadToTop WRITE SetPageHeadToTop)
     Q_PROPERTY(uint PageHeight READ PageHeight WRITE SetPageHeight)
     Q_PROPERTY(faroven::TPrinterOrientation PageOrientation READ PageOrientation WRITE SetPageOrientation)
     Q_PROPERTY(faroven::TPageStyle PageStyle READ PageStyle WRITE SetPageStyle)
     Q_PROPERTY(uint PageWidth READ PageWidth WRITE SetPageWidth)
+    Q_PROPERTY(faroven::TPen* Pen READ Pen)
     Q_PROPERTY(faroven::TPenStyleJoinType PenStyleJoinType READ PenStyleJoinType WRITE SetPenStyleJoinType)
     Q_PROPERTY(faroven::TPenStyleEndCapType PenStyleEndCapType READ PenStyleEndCapType WRITE SetPenStyleEndCapType)
     Q_PROPERTY(bool PrintABorder READ PrintABorder WRITE SetPrintABorder)
@@ -113,6 +121,7 @@ class TMyCAD : public TGraphicControl {
     Q_PROPERTY(int Tag READ Tag WRITE SetTag)
     Q_PROPERTY(faroven::TUnits TheUNIT READ TheUNIT WRITE SetUnit)
     Q_PROPERTY(int UndoRedoSize READ UndoRedoSize WRITE SetUndoRedoSize)
+    Q_PROPERTY(faroven::TUserData* UserData READ UserData)
     Q_PROPERTY(QString Version READ Version)
     Q_PROPERTY(bool Visible READ Visible WRITE SetVisible)
     Q_PROPERTY(faroven::TXYMode XYMode READ XYMode WRITE SetXYMode)
@@ -253,6 +262,12 @@ public:
     // resolution times the zoom. Setting the current value changes nothing.
     void SetZoom(double zoom);
 
+signals:
+    // The selection changed: shapes were added to it or left it. Raised in the
+    // middle of the canvas's work, so a view that rebuilds itself should queue.
+    void selectionChanged();
+
+public:
     // ==== Published events =======================================================================
     TActionToolToSelecting OnActionToolToSelecting;
     TChildhapeSelected OnChildShapeSelected;
@@ -605,6 +620,8 @@ public:
     int GetShapesCountInALayer(int id) const;
     void SelectAllShapesByLayerId(int id);
     const TLayerTable& Layers() const { return m_layers; }
+    // The same table as a pointer, for the meta-object property an inspector lists.
+    const TLayerTable* LayerTable() const { return &m_layers; }
 
     // ---- Layers: deletion, merging and the layer rules of picking -------------------------------
     // Empties the selection and clears the current shape; false for an unknown

@@ -111,6 +111,7 @@ bool TMyCAD::deleteShapes(const std::vector<TMyShape*>& roots, bool recordUndo, 
     for (TMyShape* s : doomed)
         if (gone.insert(s).second) ordered.push_back(s);
 
+    const size_t selectedBefore = m_workingShapes.size();
     for (size_t i = m_workingShapes.size(); i-- > 0;)
         if (gone.count(m_workingShapes[i])) m_workingShapes.erase(m_workingShapes.begin() + long(i));
     if (gone.count(m_currentShape)) m_currentShape = nullptr;
@@ -128,6 +129,7 @@ bool TMyCAD::deleteShapes(const std::vector<TMyShape*>& roots, bool recordUndo, 
         if (OnShapeDeleted) OnShapeDeleted(s);
     for (TMyShape* s : ordered) delete s;
     Invalidate();
+    if (m_workingShapes.size() != selectedBefore) emit selectionChanged();
     return all;
 }
 
@@ -139,6 +141,7 @@ void TMyCAD::DeleteSelectedShapes() {
 }
 
 void TMyCAD::DeleteAllShapes() {
+    const bool hadSelection = !m_workingShapes.empty();
     m_workingShapes.clear();
     m_currentShape = nullptr;
     m_hoverShape = nullptr;
@@ -152,6 +155,7 @@ void TMyCAD::DeleteAllShapes() {
     for (TMyShape* shape : shapes) delete shape;
     m_nextShapeId = 0;
     Invalidate();
+    if (hadSelection) emit selectionChanged();
 }
 
 }  // namespace faroven

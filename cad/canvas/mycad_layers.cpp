@@ -59,6 +59,7 @@ void TMyCAD::setLayerVisible(int index, bool visible) {
     if (index < 0) return;
     TLayerRecord& record = const_cast<TLayerRecord&>(m_layers.Records()[size_t(index)]);
     record.Visible = visible;
+    const size_t selectedBefore = m_workingShapes.size();
     if (!visible) {
         for (size_t i = m_workingShapes.size(); i-- > 0;)
             if (!IsShapeOnVisibleLayer(m_workingShapes[i])) m_workingShapes.erase(m_workingShapes.begin() + long(i));
@@ -66,6 +67,7 @@ void TMyCAD::setLayerVisible(int index, bool visible) {
         if (m_hoverShape && !IsShapeOnVisibleLayer(m_hoverShape)) m_hoverShape = nullptr;
     }
     Invalidate();
+    if (m_workingShapes.size() != selectedBefore) emit selectionChanged();
 }
 
 bool TMyCAD::IsVisibleLayerByID(int id) const {

@@ -233,6 +233,7 @@ void TMyCAD::selectAlone(TMyShape* shape) {
     m_workingShapes.clear();
     if (shape) m_workingShapes.push_back(shape);
     Invalidate();
+    emit selectionChanged();
 }
 
 }  // namespace faroven

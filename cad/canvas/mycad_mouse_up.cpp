@@ -206,6 +206,7 @@ void TMyCAD::releaseRubberBand() {
     const std::vector<int> roots = rootsMeetingNow(band);
     // A set, not IsInWorkingShape: a band may take tens of thousands of shapes.
     std::unordered_set<const TMyShape*> selected(m_workingShapes.begin(), m_workingShapes.end());
+    const size_t before = m_workingShapes.size();
     for (int no : roots) {
         TMyShape* shape = m_myShapes[size_t(no)];
         if (!shape || shape->HasParentShape() || !shape->Visible()) continue;
@@ -214,6 +215,7 @@ void TMyCAD::releaseRubberBand() {
         m_workingShapes.push_back(shape);
     }
     Invalidate();
+    if (m_workingShapes.size() != before) emit selectionChanged();
 }
 
 // ---- Drag, resize, rotate ----------------------------------------------------------------------

@@ -11,6 +11,7 @@ void TMyCAD::AddWorkingShapes(TMyShape* shape) {
     if (!shape) return;
     m_workingShapes.push_back(shape);
     Invalidate();
+    emit selectionChanged();
 }
 
 void TMyCAD::RemoveWorkingShape(TMyShape* shape) {
@@ -18,12 +19,14 @@ void TMyCAD::RemoveWorkingShape(TMyShape* shape) {
     if (i < 0) return;
     m_workingShapes.erase(m_workingShapes.begin() + i);
     Invalidate();
+    emit selectionChanged();
 }
 
 void TMyCAD::RemoveAllWorkingShapes() {
     if (m_workingShapes.empty()) return;
     m_workingShapes.clear();
     Invalidate();
+    emit selectionChanged();
 }
 
 int TMyCAD::IsInWorkingShape(const TMyShape* shape) const {

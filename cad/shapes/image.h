@@ -32,6 +32,7 @@ namespace faroven {
 
 class TMyImage : public TMyRectangle {
     Q_OBJECT
+    Q_PROPERTY(faroven::TBitmap* Bitmap READ Bitmap)
     Q_PROPERTY(int Brightness READ Brightness WRITE SetBrightness)
     Q_PROPERTY(int Contrast READ Contrast WRITE SetContrast)
     Q_PROPERTY(bool Transparent READ Transparent WRITE SetTransparent)

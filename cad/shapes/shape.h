@@ -41,11 +41,13 @@ class TStream;
 class TMyShape : public TComponent {
     Q_OBJECT
     Q_PROPERTY(float Angle READ Angle WRITE SetAngle)
+    Q_PROPERTY(faroven::TBrush* Brush READ Brush)
     Q_PROPERTY(QString Caption READ Caption WRITE SetCaption)
     Q_PROPERTY(bool CaptionShow READ CaptionShow WRITE SetCaptionShow)
     Q_PROPERTY(int ColorBegin READ ColorBegin WRITE SetColorBegin)
     Q_PROPERTY(int ColorEnd READ ColorEnd WRITE SetColorEnd)
     Q_PROPERTY(bool DragEnable READ DragEnable WRITE SetDragEnable)
+    Q_PROPERTY(faroven::TFont* Font READ Font)
     Q_PROPERTY(faroven::TGradientStyle GradientStyle READ GradientStyle WRITE SetGradientStyle)
     Q_PROPERTY(bool HotShow READ HotShow WRITE SetHotShow)
     Q_PROPERTY(QString Info READ Info WRITE SetInfo)
@@ -57,11 +59,13 @@ class TMyShape : public TComponent {
     Q_PROPERTY(int LogWidth READ LogWidth WRITE SetLogWidth)
     Q_PROPERTY(QStringList MultiInfo READ multiInfoLines WRITE setMultiInfoLines)
     Q_PROPERTY(faroven::TAlignment MultiInfoAlignment READ MultiInfoAlignment WRITE SetMultiInfoAlignment)
+    Q_PROPERTY(faroven::TPen* Pen READ Pen)
     Q_PROPERTY(faroven::TPenStyleJoinType PenStyleJoinType READ PenStyleJoinType WRITE SetPenStyleJoinType)
     Q_PROPERTY(faroven::TPenStyleEndCapType PenStyleEndCapType READ PenStyleEndCapType WRITE SetPenStyleEndCapType)
     Q_PROPERTY(bool ResizeEnable READ ResizeEnable WRITE SetResizeEnable)
     Q_PROPERTY(bool RotateEnable READ RotateEnable WRITE SetRotateEnable)
     Q_PROPERTY(int Tag READ Tag WRITE SetTag)
+    Q_PROPERTY(faroven::TUserData* UserData READ UserData)
     Q_PROPERTY(bool Visible READ Visible WRITE SetVisible)
 
 public:
