@@ -78,6 +78,9 @@ public:
     // Rereads every value shown (after the objects changed elsewhere).
     void RefreshValues();
 
+    // The node of a path, or nullptr (valid until the objects change).
+    const TPropertyNode* PropertyNode(const QString& path) const;
+
     QTreeWidget* Grid() const;
     // The grid's row of a path, or nullptr.
     QTreeWidgetItem* ItemOf(const QString& path) const;
