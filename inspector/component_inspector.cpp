@@ -128,6 +128,9 @@ struct TComponentInspector::Private {
         }
         filling = false;
         self->RefreshValues();
+        // Names readable in full, leaving the values at least half the width.
+        grid->resizeColumnToContents(0);
+        grid->header()->resizeSection(0, std::min(grid->header()->sectionSize(0) + 8, std::max(120, grid->width() / 2)));
         if (auto it = items.find(current); it != items.end()) grid->setCurrentItem(it->second);
     }
 

@@ -35,6 +35,19 @@ bool isIntegerType(QMetaType t) {
 // Colours are stored as plain ints; their names say what they are.
 bool namesAColor(const QString& name) { return name.contains(QLatin1String("Color")); }
 
+// The enumeration of a property. Properties whose enum lives in another
+// namespace's meta-object (as the library's do) are found through the type.
+QMetaEnum enumeratorOf(const QMetaProperty& p) {
+    if (p.isEnumType()) return p.enumerator();
+    const QMetaType t = p.metaType();
+    const QMetaObject* mo = t.metaObject();
+    if (!(t.flags() & QMetaType::IsEnumeration) || !mo) return QMetaEnum();
+    QByteArray name(t.name());
+    name = name.mid(name.lastIndexOf(':') + 1);
+    const int i = mo->indexOfEnumerator(name.constData());
+    return i >= 0 ? mo->enumerator(i) : QMetaEnum();
+}
+
 TPropertyKind kindOf(const QMetaProperty& p) {
     const QMetaType t = p.metaType();
     if (t == QMetaType::fromType<TPen*>()) return TPropertyKind::Pen;
@@ -44,8 +57,7 @@ TPropertyKind kindOf(const QMetaProperty& p) {
     if (t == QMetaType::fromType<TBitmap*>()) return TPropertyKind::Picture;
     if (t == QMetaType::fromType<const TLayerTable*>()) return TPropertyKind::Layers;
     if (t.flags() & QMetaType::PointerToQObject) return TPropertyKind::Object;
-    if (p.isFlagType()) return TPropertyKind::Set;
-    if (p.isEnumType()) return TPropertyKind::Enum;
+    if (const QMetaEnum e = enumeratorOf(p); e.isValid()) return e.isFlag() ? TPropertyKind::Set : TPropertyKind::Enum;
     if (t.id() == QMetaType::Bool) return TPropertyKind::Bool;
     if (isIntegerType(t)) return namesAColor(QString::fromLatin1(p.name())) ? TPropertyKind::Color : TPropertyKind::Integer;
     if (t.id() == QMetaType::Float || t.id() == QMetaType::Double) return TPropertyKind::Float;
@@ -166,7 +178,7 @@ TPropertyNode metaNode(const QMetaProperty& p, const QString& parentPath, const 
     }
     TPropertyNode n = leaf(parentPath, QString::fromLatin1(name), kind, read, write);
     n.Type = p.metaType();
-    if (kind == TPropertyKind::Enum || kind == TPropertyKind::Set) n.Enum = p.enumerator();
+    if (kind == TPropertyKind::Enum || kind == TPropertyKind::Set) n.Enum = enumeratorOf(p);
     // Pointer values are read as the pointer itself.
     Reader pointer = [target, name](QObject* o) {
         QObject* t = target(o);

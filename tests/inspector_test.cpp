@@ -116,7 +116,10 @@ TEST_F(Inspector, EachKindEditedThroughTheGridIsOneUndoStepAndRepaints) {
     EXPECT_TRUE(rect->Locked());
     expectStep("bool", before++);
 
-    // Enumeration: a drop-down of names.
+    // Enumerations: a drop-down of names, for the shape's own and its brush's.
+    editInGrid("GradientStyle", [](QWidget* e) { static_cast<QComboBox*>(e)->setCurrentText("gsLinearV"); });
+    EXPECT_EQ(rect->GradientStyle(), gsLinearV);
+    expectStep("shape enum", before++);
     editInGrid("Brush.Style", [](QWidget* e) { static_cast<QComboBox*>(e)->setCurrentText("bsCross"); });
     EXPECT_EQ(rect->Brush()->Style(), bsCross);
     expectStep("enum", before++);

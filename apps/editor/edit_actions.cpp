@@ -38,7 +38,7 @@ QString undoStepPhrase(const QString& action) {
 }  // namespace
 
 EditActions::EditActions(TMyCAD* cad, QMainWindow* window) : QObject(window), m_cad(cad), m_window(window) {
-    QMenu* menu = window->menuBar()->addMenu(tr("&Edit"));
+    QMenu* menu = m_menu = window->menuBar()->addMenu(tr("&Edit"));
     QToolBar* bar = window->addToolBar(tr("Edit"));
     bar->setObjectName("Edit");
     QStyle* style = QApplication::style();

@@ -10,6 +10,7 @@
 
 class QAction;
 class QMainWindow;
+class QMenu;
 
 class EditActions : public QObject {
     Q_OBJECT
@@ -23,6 +24,7 @@ public:
     QAction* cutAction() const { return m_cut; }
     QAction* copyAction() const { return m_copy; }
     QAction* pasteAction() const { return m_paste; }
+    QMenu* menu() const { return m_menu; }
 
 signals:
     // One of these actions changed the drawing or the selection.
@@ -44,4 +46,5 @@ private:
     QAction* m_paste = nullptr;
     QAction* m_selectAll = nullptr;
     QAction* m_selectNone = nullptr;
+    QMenu* m_menu = nullptr;
 };

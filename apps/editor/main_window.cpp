@@ -5,6 +5,7 @@
 #include "dxf_actions.h"
 #include "edit_actions.h"
 #include "file_actions.h"
+#include "inspector_panel.h"
 #include "layer_panel.h"
 #include "library_panel.h"
 #include "ruler_frame.h"
@@ -72,6 +73,19 @@ MainWindow::MainWindow(bool empty, QWidget* parent) : QMainWindow(parent) {
     m_library = new LibraryPanel(m_cad, this);
     addDockWidget(Qt::RightDockWidgetArea, m_library);
     connect(m_library, &LibraryPanel::drawingEdited, this, &MainWindow::updateActions);
+    // The inspector shares the side bar with the library and starts in front.
+    m_inspector = new InspectorPanel(m_cad, this);
+    tabifyDockWidget(m_library, m_inspector);
+    m_inspector->raise();
+    viewMenu->addSeparator();
+    viewMenu->addAction(m_inspector->toggleViewAction());
+    m_edit->menu()->addSeparator();
+    m_edit->menu()->addAction(m_inspector->userDataAction());
+    connect(m_inspector, &InspectorPanel::edited, this, [this](bool canvasOnly) {
+        if (canvasOnly) m_file->markModified();
+        updateActions();
+    });
+    connect(m_inspector, &InspectorPanel::layersEdited, this, [this] { m_layers->refresh(); });
     m_viewControls = new ViewControls(m_cad, this);
     m_arrange = new ArrangeActions(m_cad, this);
     addOptionsMenu(m_viewControls);
@@ -117,6 +131,7 @@ void MainWindow::updateActions() {
     m_file->update();
     m_edit->update();
     m_arrange->update();
+    m_inspector->refresh();
     updateTitle();
 }
 

@@ -11,6 +11,7 @@
 class ArrangeActions;
 class EditActions;
 class FileActions;
+class InspectorPanel;
 class LayerPanel;
 class LibraryPanel;
 class RulerFrame;
@@ -24,6 +25,7 @@ public:
     explicit MainWindow(bool empty = false, QWidget* parent = nullptr);
     faroven::TMyCAD* Cad() const { return m_cad; }
     LibraryPanel* Library() const { return m_library; }
+    InspectorPanel* Inspector() const { return m_inspector; }
     // Reads a drawing file in place of the drawing shown (without asking);
     // a failure is shown in a message box and keeps the drawing.
     bool openFile(const QString& fileName);
@@ -63,6 +65,7 @@ private:
     FileActions* m_file = nullptr;
     LayerPanel* m_layers = nullptr;
     LibraryPanel* m_library = nullptr;
+    InspectorPanel* m_inspector = nullptr;
     ViewControls* m_viewControls = nullptr;
     double m_startZoom = 1.0;
     faroven::TMyCAD* m_cad = nullptr;
