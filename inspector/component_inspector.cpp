@@ -375,13 +375,19 @@ bool TComponentInspector::OpenEditor(const QString& path) {
     const TPropertyNode* n = PropertyNode(path);
     const std::vector<QObject*> objs = d->live();
     if (!n || objs.empty() || !HasEditor(path)) return false;
-    const TPropertyNode node = *n;  // the grid is rebuilt while the dialog runs
+    // The grid may be rebuilt and objects may go while the dialog runs: keep
+    // the node, and apply to the objects shown when it opened that remain.
+    const TPropertyNode node = *n;
+    const std::vector<QPointer<QObject>> guarded(objs.begin(), objs.end());
     QObject* first = objs.front();
     const QString title = QStringLiteral("%1.%2").arg(first->objectName(), node.Path);
     bool changed = false;
     auto applyAll = [&](const std::function<void(QObject*)>& write) {
-        ApplyObjectEdit(objs, write);
-        changed = true;
+        std::vector<QObject*> remaining;
+        for (const auto& o : guarded)
+            if (o) remaining.push_back(o);
+        ApplyObjectEdit(remaining, write);
+        changed = !remaining.empty();
     };
     switch (node.Kind) {
     case TPropertyKind::String: {
@@ -422,7 +428,7 @@ bool TComponentInspector::OpenEditor(const QString& path) {
     }
     case TPropertyKind::Layers:
         TLayerCollectionEditor::Edit(qobject_cast<TMyCAD*>(first), this);
-        changed = true;
+        changed = guarded.front() != nullptr;
         break;
     default: break;
     }
