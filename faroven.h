@@ -45,7 +45,7 @@
 #include "inspector/component_combo_box.h"
 #include "inspector/component_inspector.h"
 #include "inspector/component_tree.h"
-#include "inspector/editors/userdata_editor.h"
+#include "inspector/editors/property_editors.h"
 #include "platform/ansi.h"
 #include "platform/bitmap.h"
 #include "platform/canvas.h"

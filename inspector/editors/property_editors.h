@@ -1,5 +1,7 @@
-// Temporary interface stub.
+// The inspector's modal property editors: multi-line strings, colours, fonts,
+// pictures, user data and the canvas's layers.
 #pragma once
+
 #include "inspector/editors/color_editor.h"
 #include "inspector/editors/font_editor.h"
 #include "inspector/editors/layer_collection_editor.h"
