@@ -8,6 +8,7 @@
 #include "inspector/component_combo_box.h"
 #include "inspector/component_inspector.h"
 #include "inspector/component_tree.h"
+#include "inspector/editors/property_editors.h"
 #include "inspector/property_delegate.h"
 #include "support/shapes.h"
 #include "support/test_support.h"
@@ -15,6 +16,8 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QTableWidget>
+#include <QTimer>
 #include <QTreeWidget>
 #include <gtest/gtest.h>
 
@@ -32,6 +35,17 @@ public:
         return false;
     }
 };
+
+// Runs work on the dialog of type D once it is open, then presses OK.
+template <class D>
+void whenOpen(const std::function<void(D*)>& work) {
+    QTimer::singleShot(0, [work] {
+        auto* dialog = qobject_cast<D*>(QApplication::activeModalWidget());
+        ASSERT_TRUE(dialog);
+        work(dialog);
+        dialog->accept();
+    });
+}
 
 class Inspector : public ::testing::Test {
 protected:
@@ -158,6 +172,75 @@ TEST_F(Inspector, EachKindEditedThroughTheGridIsOneUndoStepAndRepaints) {
     // Undo takes the last edit back.
     cad.Undo();
     EXPECT_TRUE(static_cast<TMyShape*>(cad.GetShapeByNo(0))->Font()->Style().Contains(fsItalic));
+    EXPECT_TRUE(errors.isEmpty()) << errors.join('\n').toStdString();
+}
+
+TEST_F(Inspector, DialogsOpenedFromTheGridChangeTheValueAsOneStep) {
+    inspector.SetObjects({rect, ellipse});
+    int before = steps();
+    auto expectStep = [&](const char* what) {
+        EXPECT_EQ(steps(), ++before) << what;
+        EXPECT_EQ(cad.UndoActionName(), "ACT_CHANGE") << what;
+    };
+    whenOpen<TStringListEditor>([](TStringListEditor* e) { e->SetLines({"first", "second"}); });
+    ASSERT_TRUE(inspector.OpenEditor("MultiInfo"));
+    EXPECT_EQ(ellipse->MultiInfo()->Lines(), QStringList({"first", "second"}));
+    EXPECT_EQ(inspector.PropertyText("MultiInfo"), "(2 lines)");
+    expectStep("strings");
+
+    whenOpen<TColorEditor>([](TColorEditor* e) { e->SetColor(clBtnFace); });
+    ASSERT_TRUE(inspector.OpenEditor("Pen.Color"));
+    EXPECT_EQ(rect->Pen()->Color(), clBtnFace);  // a system colour stays one
+    expectStep("colour");
+
+    whenOpen<TFontEditor>([](TFontEditor* e) {
+        TFont f;
+        e->GetFont(f);
+        f.SetSize(20);
+        f.SetStyle({fsBold});
+        e->SetFont(f);
+    });
+    ASSERT_TRUE(inspector.OpenEditor("Font"));
+    EXPECT_EQ(ellipse->Font()->Size(), 20);
+    EXPECT_TRUE(rect->Font()->Style().Contains(fsBold));
+    expectStep("font");
+
+    rect->UserData()->AddKeyandValue("Owner", "Ana");
+    inspector.RefreshValues();
+    whenOpen<TUserDataEditor>([](TUserDataEditor* e) { e->AddPair("Tag", "7"); });
+    ASSERT_TRUE(inspector.OpenEditor("UserData"));
+    for (TMyShape* s : std::vector<TMyShape*>{rect, ellipse}) {
+        ASSERT_EQ(s->UserData()->GetCount(), 2);  // the first shape's pairs, edited, on both
+        EXPECT_EQ(s->UserData()->GetKeyByNo(1), "Tag");
+    }
+    expectStep("user data");
+    cad.Undo();
+    EXPECT_EQ(cad.GetShapeByNo(1)->UserData()->GetCount(), 0);
+
+    // Cancel changes nothing.
+    QTimer::singleShot(0, [] { QApplication::activeModalWidget()->close(); });
+    EXPECT_FALSE(inspector.OpenEditor("Caption"));
+    EXPECT_EQ(steps(), before - 1);
+
+    // The canvas's picture and its layer collection.
+    inspector.SetObject(&cad);
+    whenOpen<TPictureEditor>([](TPictureEditor* e) {
+        TBitmap b;
+        b.SetSize(40, 30);
+        e->SetPicture(b);
+    });
+    ASSERT_TRUE(inspector.OpenEditor("BkBitmap"));
+    EXPECT_EQ(cad.BkBitmap()->Width(), 40);
+    EXPECT_EQ(inspector.PropertyText("BkBitmap"), "(40 × 30)");
+    QTimer::singleShot(0, [] {
+        auto* e = qobject_cast<TLayerCollectionEditor*>(QApplication::activeModalWidget());
+        ASSERT_TRUE(e);
+        e->AddLayer("Notes");
+        e->close();
+    });
+    ASSERT_TRUE(inspector.OpenEditor("Layers"));
+    EXPECT_EQ(cad.GetLayerNameByID(cad.GetLayerIdByNo(cad.GetLayersCount() - 1)), "Notes");
+    EXPECT_EQ(inspector.PropertyText("Layers"), QStringLiteral("(%1 layers)").arg(cad.GetLayersCount()));
     EXPECT_TRUE(errors.isEmpty()) << errors.join('\n').toStdString();
 }
 
