@@ -124,7 +124,7 @@ MainWindow::MainWindow(bool empty, QWidget* parent) : QMainWindow(parent) {
     resize(1080, 920);
     // The library grid gets most of the side bar: layers are few.
     resizeDocks({m_layers, m_library}, {150, 700}, Qt::Vertical);
-    resizeDocks({m_library}, {300}, Qt::Horizontal);
+    resizeDocks({m_library}, {340}, Qt::Horizontal);
 }
 
 void MainWindow::updateActions() {
