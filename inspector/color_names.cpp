@@ -1,5 +1,7 @@
 #include "inspector/color_names.h"
 
+#include <QPainter>
+
 namespace faroven {
 
 const std::vector<TColorName>& StandardColorNames() {
@@ -64,6 +66,15 @@ TColor StringToColor(const QString& text, bool* ok) {
     }
     if (ok) *ok = good;
     return value;
+}
+
+QPixmap ColorSwatch(TColor color, const QSize& size) {
+    QPixmap swatch(size);
+    swatch.fill(ToQColor(color));
+    QPainter painter(&swatch);
+    painter.setPen(QColor(64, 64, 64));
+    painter.drawRect(0, 0, size.width() - 1, size.height() - 1);
+    return swatch;
 }
 
 }  // namespace faroven

@@ -5,6 +5,7 @@
 
 #include "platform/color.h"
 
+#include <QPixmap>
 #include <QString>
 #include <vector>
 
@@ -26,5 +27,8 @@ QString ColorToString(TColor color);
 // Reads a colour name, a "$" hex value, "0x" hex or a decimal number; ok is
 // set to false (and 0 returned) for anything else.
 TColor StringToColor(const QString& text, bool* ok = nullptr);
+
+// A swatch of the colour (system colours resolved) with a dark frame.
+QPixmap ColorSwatch(TColor color, const QSize& size = QSize(12, 12));
 
 }  // namespace faroven

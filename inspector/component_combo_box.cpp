@@ -3,23 +3,24 @@
 #include "cad/canvas/mycad.h"
 #include "inspector/component_entries.h"
 #include "inspector/component_inspector.h"
+#include "inspector/deferred_call.h"
 
 #include <QPointer>
-#include <QTimer>
 #include <unordered_map>
 
 namespace faroven {
 
 struct TComponentComboBox::Private {
+    explicit Private(TComponentComboBox* self) : refresh(self, [self] { self->Refresh(); }) {}
     QPointer<TMyCAD> canvas;
     QPointer<TComponentInspector> inspector;
     // The list's components by row, and rows by component.
     std::vector<QPointer<QObject>> components;
     std::unordered_map<const QObject*, int> rows;
-    bool syncQueued = false;
+    TDeferredCall refresh;
 };
 
-TComponentComboBox::TComponentComboBox(QWidget* owner) : TComponentBase<QComboBox>(owner), d(new Private) {
+TComponentComboBox::TComponentComboBox(QWidget* owner) : TComponentBase<QComboBox>(owner), d(new Private(this)) {
     setMinimumContentsLength(16);
     setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     connect(this, &QComboBox::activated, this, [this](int row) {
@@ -36,16 +37,7 @@ void TComponentComboBox::SetCanvas(TMyCAD* canvas) {
     if (d->canvas == canvas) return;
     if (d->canvas) disconnect(d->canvas, nullptr, this, nullptr);
     d->canvas = canvas;
-    if (canvas)
-        connect(canvas, &TMyCAD::selectionChanged, this, [this] {
-            // Many selection changes in a row make one update.
-            if (d->syncQueued) return;
-            d->syncQueued = true;
-            QTimer::singleShot(0, this, [this] {
-                d->syncQueued = false;
-                Refresh();
-            });
-        });
+    if (canvas) connect(canvas, &TMyCAD::selectionChanged, this, [this] { d->refresh.Request(); });
     Refresh();
 }
 

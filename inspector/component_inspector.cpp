@@ -2,6 +2,7 @@
 
 #include "cad/canvas/mycad.h"
 #include "inspector/color_names.h"
+#include "inspector/deferred_call.h"
 #include "inspector/editors/property_editors.h"
 #include "inspector/property_delegate.h"
 #include "inspector/property_edit.h"
@@ -10,9 +11,7 @@
 
 #include <QHeaderView>
 #include <QMessageBox>
-#include <QPainter>
 #include <QPointer>
-#include <QTimer>
 #include <QToolButton>
 #include <QTreeWidget>
 #include <QVBoxLayout>
@@ -25,15 +24,6 @@ namespace {
 
 // Rows of a set's members carry the member's bits besides the set's path.
 constexpr int MemberBitsRole = TPropertyDelegate::PathRole + 1;
-
-QIcon colorSwatch(TColor color) {
-    QPixmap pixmap(12, 12);
-    pixmap.fill(ToQColor(ColorToRGB(color)));
-    QPainter p(&pixmap);
-    p.setPen(Qt::black);
-    p.drawRect(0, 0, 11, 11);
-    return QIcon(pixmap);
-}
 
 // Values edited in their own dialog, in place even where the property has no setter.
 bool editedInPlace(TPropertyKind kind) {
@@ -54,6 +44,7 @@ bool hasDialog(TPropertyKind kind) {
 }  // namespace
 
 struct TComponentInspector::Private {
+    explicit Private(TComponentInspector* self) : self(self), update(self, [this] { runUpdate(); }) {}
     TComponentInspector* self = nullptr;
     QTreeWidget* grid = nullptr;
     QToolButton* byCategoryButton = nullptr;
@@ -65,8 +56,8 @@ struct TComponentInspector::Private {
     bool byCategory = true;
     QString lastError;
     bool filling = false;       // the grid is being filled: item changes are not edits
-    bool rebuildQueued = false;
     bool followQueued = false;
+    TDeferredCall update;
 
     std::vector<QObject*> live() const {
         std::vector<QObject*> out;
@@ -79,14 +70,12 @@ struct TComponentInspector::Private {
     // returns to the event loop.
     void queueRebuild(bool follow) {
         followQueued |= follow;
-        if (rebuildQueued) return;
-        rebuildQueued = true;
-        QTimer::singleShot(0, self, [this] {
-            rebuildQueued = false;
-            const bool follow = std::exchange(followQueued, false);
-            if (follow && canvas) followSelection();
-            else rebuild();
-        });
+        update.Request();
+    }
+
+    void runUpdate() {
+        if (std::exchange(followQueued, false) && canvas) followSelection();
+        else rebuild();
     }
 
     void followSelection() {
@@ -181,7 +170,7 @@ struct TComponentInspector::Private {
         item->setText(1, value.isValid() ? PropertyValueText(n, value) : QString());
         if (n.Kind == TPropertyKind::Bool)
             item->setCheckState(1, !value.isValid() ? Qt::PartiallyChecked : value.toBool() ? Qt::Checked : Qt::Unchecked);
-        if (n.Kind == TPropertyKind::Color) item->setIcon(1, value.isValid() ? colorSwatch(value.toInt()) : QIcon());
+        if (n.Kind == TPropertyKind::Color) item->setIcon(1, value.isValid() ? QIcon(ColorSwatch(value.toInt())) : QIcon());
         if (n.Kind == TPropertyKind::Set)
             for (int i = 0; i < item->childCount(); ++i) {
                 QTreeWidgetItem* member = item->child(i);
@@ -218,8 +207,7 @@ struct TComponentInspector::Private {
     }
 };
 
-TComponentInspector::TComponentInspector(QWidget* owner) : TComponentBase<QWidget>(owner), d(new Private) {
-    d->self = this;
+TComponentInspector::TComponentInspector(QWidget* owner) : TComponentBase<QWidget>(owner), d(new Private(this)) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(2);

@@ -2,9 +2,9 @@
 
 #include "cad/canvas/mycad.h"
 #include "inspector/component_entries.h"
+#include "inspector/deferred_call.h"
 
 #include <QPointer>
-#include <QTimer>
 #include <unordered_map>
 
 namespace faroven {
@@ -14,13 +14,14 @@ constexpr int ComponentRole = Qt::UserRole + 1;
 }
 
 struct TComponentTree::Private {
+    explicit Private(TComponentTree* self) : refresh(self, [self] { self->Refresh(); }) {}
     QPointer<TMyCAD> canvas;
     std::unordered_map<const QObject*, QTreeWidgetItem*> items;
-    bool syncQueued = false;
+    TDeferredCall refresh;
     bool syncing = false;  // the tree is following the canvas: selection changes are not choices
 };
 
-TComponentTree::TComponentTree(QWidget* owner) : TComponentBase<QTreeWidget>(owner), d(new Private) {
+TComponentTree::TComponentTree(QWidget* owner) : TComponentBase<QTreeWidget>(owner), d(new Private(this)) {
     setHeaderHidden(true);
     setSelectionMode(QAbstractItemView::ExtendedSelection);
     connect(this, &QTreeWidget::itemSelectionChanged, this, [this] {
@@ -49,12 +50,7 @@ void TComponentTree::SetCanvas(TMyCAD* canvas) {
     d->canvas = canvas;
     if (canvas)
         connect(canvas, &TMyCAD::selectionChanged, this, [this] {
-            if (d->syncQueued || d->syncing) return;
-            d->syncQueued = true;
-            QTimer::singleShot(0, this, [this] {
-                d->syncQueued = false;
-                Refresh();
-            });
+            if (!d->syncing) d->refresh.Request();
         });
     Refresh();
 }

@@ -10,22 +10,12 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPainter>
 #include <QRegularExpressionValidator>
 #include <QToolButton>
 
 namespace faroven {
 
 namespace {
-
-QIcon swatch(TColor color) {
-    QPixmap pixmap(12, 12);
-    pixmap.fill(ToQColor(ColorToRGB(color)));
-    QPainter p(&pixmap);
-    p.setPen(Qt::black);
-    p.drawRect(0, 0, 11, 11);
-    return QIcon(pixmap);
-}
 
 // An editor widget with a "…" button beside it that asks for the property's dialog.
 class ValueWithButton : public QWidget {
@@ -53,7 +43,7 @@ QComboBox* colorCombo(QWidget* parent) {
     combo->setEditable(true);
     combo->setInsertPolicy(QComboBox::NoInsert);
     for (const auto* list : {&StandardColorNames(), &SystemColorNames()})
-        for (const TColorName& n : *list) combo->addItem(swatch(n.Color), QLatin1String(n.Name));
+        for (const TColorName& n : *list) combo->addItem(QIcon(ColorSwatch(n.Color)), QLatin1String(n.Name));
     return combo;
 }
 

@@ -8,21 +8,11 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QPainter>
 #include <QPushButton>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
 namespace faroven {
-
-QPixmap ColorSwatch(TColor color, const QSize& size) {
-    QPixmap swatch(size);
-    swatch.fill(ToQColor(color));
-    QPainter painter(&swatch);
-    painter.setPen(QColor(64, 64, 64));
-    painter.drawRect(0, 0, size.width() - 1, size.height() - 1);
-    return swatch;
-}
 
 TColorEditor::TColorEditor(QWidget* parent) : QDialog(parent) {
     setWindowTitle(tr("Colour"));

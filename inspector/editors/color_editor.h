@@ -21,9 +21,6 @@ class QPushButton;
 
 namespace faroven {
 
-// A swatch of ColorToRGB(color) with a dark frame.
-QPixmap ColorSwatch(TColor color, const QSize& size);
-
 class TColorEditor : public QDialog {
     Q_OBJECT
 public:
