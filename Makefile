@@ -2,6 +2,7 @@
 # runs the whole test suite. Both install the Debian packages they need first.
 
 PACKAGES := cmake ninja-build g++ make ccache pkg-config qt6-base-dev qt6-svg-dev qt6-qpa-plugins \
+            qt6-tools-dev qt6-tools-dev-tools \
             libgl-dev googletest libgtest-dev libgmock-dev libbenchmark-dev fonts-dejavu-core
 FUZZ_PACKAGES := clang-14 libclang-rt-14-dev
 # Independent programs the tests check our DXF and WMF files with, and the DXF

@@ -44,6 +44,7 @@
 
 #include <QLabel>
 #include <QSizeF>
+#include <QStringList>
 #include <QPointer>
 #include <functional>
 #include <memory>
@@ -122,6 +123,7 @@ class TMyCAD : public TGraphicControl {
     Q_PROPERTY(faroven::TUnits TheUNIT READ TheUNIT WRITE SetUnit)
     Q_PROPERTY(int UndoRedoSize READ UndoRedoSize WRITE SetUndoRedoSize)
     Q_PROPERTY(faroven::TUserData* UserData READ UserData)
+    Q_PROPERTY(QStringList UserDataPairs READ userDataPairs WRITE setUserDataPairs)
     Q_PROPERTY(QString Version READ Version)
     Q_PROPERTY(bool Visible READ Visible WRITE SetVisible)
     Q_PROPERTY(faroven::TXYMode XYMode READ XYMode WRITE SetXYMode)
@@ -254,6 +256,14 @@ public:
     uint8_t UndoRedoSize() const { return uint8_t(m_undo.Limit()); }
     void SetUndoRedoSize(int v);
     TUserData* UserData() { return &m_userData; }
+    // The user data flattened to key, value, key, value… so that a form
+    // designer can store it and uic can set it again (mycad_userdata.cpp).
+    // Spelt in lower camel case because uic calls set<Property>() for a
+    // property it writes. The setter replaces the pairs through
+    // AddKeyandValue: a repeated key is dropped, a trailing key without its
+    // value gets an empty one.
+    QStringList userDataPairs() const;
+    void setUserDataPairs(const QStringList& pairs);
     QString Version() const { return QStringLiteral("2013"); }
     TXYMode XYMode() const { return m_xyMode; }
     void SetXYMode(TXYMode v) { m_xyMode = v; }
