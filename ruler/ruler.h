@@ -73,6 +73,18 @@ class TRsBaseRuler : public TGraphicControl {
 public:
     explicit TRsBaseRuler(QWidget* parent = nullptr);
     ~TRsBaseRuler() override;
+    // uic sets a property a form gives a value as set<Property>(value): these
+    // forward to the setters, so forms made in Qt Designer compile.
+    void setFlat(bool v) { SetFlat(v); }
+    void setScaleColor(int v) { SetScaleColor(v); }
+    void setTickColor(int v) { SetTickColor(v); }
+    void setVersionInfo(const QString& v) { SetVersionInfo(v); }
+    void setColor(int v) { SetColor(v); }
+    void setParentFont(bool v) { SetParentFont(v); }
+    void setWidth(int v) { SetWidth(v); }
+    void setHeight(int v) { SetHeight(v); }
+    void setHint(const QString& v) { SetHint(v); }
+    void setShowHint(bool v) { SetShowHint(v); }
 
     // ---- Published properties. Setters store and repaint only on a change. ----
     bool Flat() const { return m_flat; }
@@ -183,6 +195,13 @@ class TRsRuler : public TRsBaseRuler {
     Q_PROPERTY(bool ShowMinus READ ShowMinus WRITE SetShowMinus)
 
 public:
+    // uic sets a property a form gives a value as set<Property>(value): these
+    // forward to the setters, so forms made in Qt Designer compile.
+    void setScale(int v) { SetScale(v); }
+    void setHairLine(bool v) { SetHairLine(v); }
+    void setHairLinePos(int v) { SetHairLinePos(v); }
+    void setOffset(double v) { SetOffset(v); }
+    void setShowMinus(bool v) { SetShowMinus(v); }
     // 200 x 33 pixels, rdTop, 100 %, centimetres, advance computed for the screen.
     explicit TRsRuler(QWidget* parent = nullptr);
     ~TRsRuler() override;

@@ -131,7 +131,7 @@ TEST(DesignerPlugin, TaskMenuEditsTheUserDataOfCanvasesOnly) {
     EXPECT_EQ(canvas->property("UserDataPairs").toStringList(), pairs);
 }
 
-TEST(DesignerForm, UicBuildsTheSavedFormWithTheCanvasUserData) {
+TEST(DesignerForm, UicBuildsTheSavedFormWithItsPropertiesAndTheCanvasUserData) {
     QWidget form;
     Ui::CanvasForm ui;
     ui.setupUi(&form);
@@ -143,6 +143,11 @@ TEST(DesignerForm, UicBuildsTheSavedFormWithTheCanvasUserData) {
     EXPECT_EQ(data->GetKeyByNo(1), "revision");
     EXPECT_EQ(data->GetValueByKey("customer"), QString::fromUtf8("Ørsted & Co"));
     EXPECT_EQ(data->GetValueByKey("revision"), "7");
+    // Properties set in Designer come through uic's set<Property>() calls.
+    EXPECT_TRUE(ui.horizontalRuler->Flat());
+    EXPECT_DOUBLE_EQ(ui.horizontalRuler->Offset(), 2.5);
+    EXPECT_EQ(ui.canvas->SnapPixels(), 9);
+    EXPECT_EQ(ui.canvas->PageHead(), "Site plan");
 }
 
 TEST(CanvasUserDataPairs, RoundTripThroughThePropertyWithUniqueKeys) {

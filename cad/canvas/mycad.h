@@ -264,6 +264,48 @@ public:
     // value gets an empty one.
     QStringList userDataPairs() const;
     void setUserDataPairs(const QStringList& pairs);
+    // uic sets a property a form gives a value as set<Property>(value): these
+    // forward to the setters above, so forms made in Qt Designer compile.
+    void setArrowAngle(int v) { SetArrowAngle(v); }
+    void setArrowLength(int v) { SetArrowLength(v); }
+    void setArrowOffset(int v) { SetArrowOffset(v); }
+    void setColorOfBackGround(int v) { SetColorOfBackGround(v); }
+    void setColorOfHot(int v) { SetColorOfHot(v); }
+    void setCrossLine(bool v) { SetCrossLine(v); }
+    void setDragEnable(bool v) { SetDragEnable(v); }
+    void setDragTrace(bool v) { SetDragTrace(v); }
+    void setDisableTextInput(bool v) { SetDisableTextInput(v); }
+    void setHotShow(bool v) { SetHotShow(v); }
+    void setHotSize(int v) { SetHotSize(v); }
+    void setLinklineAroundShape(bool v) { SetLinklineAroundShape(v); }
+    void setLockBound(bool v) { SetLockBound(v); }
+    void setMouseEffect(bool v) { SetMouseEffect(v); }
+    void setOperateAllLayer(bool v) { SetOperateAllLayer(v); }
+    void setPageFoot(const QString& v) { SetPageFoot(v); }
+    void setPageFootToBottom(int v) { SetPageFootToBottom(v); }
+    void setPageHead(const QString& v) { SetPageHead(v); }
+    void setPageHeadToTop(int v) { SetPageHeadToTop(v); }
+    void setPageHeight(uint32_t v) { SetPageHeight(v); }
+    void setPageWidth(uint32_t v) { SetPageWidth(v); }
+    void setPrintABorder(bool v) { SetPrintABorder(v); }
+    void setPrintABordertoBottom(int v) { SetPrintABordertoBottom(v); }
+    void setPrintABordertoLeft(int v) { SetPrintABordertoLeft(v); }
+    void setPrintABordertoRight(int v) { SetPrintABordertoRight(v); }
+    void setPrintABordertoTop(int v) { SetPrintABordertoTop(v); }
+    void setPrintBackground(bool v) { SetPrintBackground(v); }
+    void setRatio(double v) { SetRatio(v); }
+    void setResizeEnable(bool v) { SetResizeEnable(v); }
+    void setReturnToSelecting(bool v) { SetReturnToSelecting(v); }
+    void setRotateConstraintDegree(int v) { SetRotateConstraintDegree(v); }
+    void setRotateEnable(bool v) { SetRotateEnable(v); }
+    void setShowHint(bool v) { SetShowHint(v); }
+    void setShowHotLink(bool v) { SetShowHotLink(v); }
+    void setSnap(bool v) { SetSnap(v); }
+    void setSnapPixels(int v) { SetFSnapPixels(v); }
+    void setSnapShape(bool v) { SetSnapShape(v); }
+    void setTag(int v) { SetTag(v); }
+    void setUndoRedoSize(int v) { SetUndoRedoSize(v); }
+    void setZoom(double v) { SetZoom(v); }
     QString Version() const { return QStringLiteral("2013"); }
     TXYMode XYMode() const { return m_xyMode; }
     void SetXYMode(TXYMode v) { m_xyMode = v; }
