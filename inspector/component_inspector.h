@@ -51,6 +51,8 @@ public:
     // Grouped by category (true, the default) or in one alphabetical list.
     bool SortByCategory() const;
     void SetSortByCategory(bool byCategory);
+    // The spelling uic calls for a form that sets the property.
+    void setSortByCategory(bool byCategory) { SetSortByCategory(byCategory); }
 
     // Paths of the rows shown, in grid order: "Caption", "Pen", "Pen.Color".
     QStringList PropertyPaths() const;
