@@ -398,11 +398,14 @@ void fillForClass(TMyShape* s) {
     }
 }
 
-// Every property the class publishes, by name.
+// Every value property the class publishes, by name (owned objects such as
+// the pen are compared through the record's bytes).
 QVariantMap publishedValues(const TMyShape* s) {
     QVariantMap values;
     const QMetaObject* meta = s->metaObject();
-    for (int i = 0; i < meta->propertyCount(); ++i) values[meta->property(i).name()] = meta->property(i).read(s);
+    for (int i = 0; i < meta->propertyCount(); ++i)
+        if (!(meta->property(i).metaType().flags() & QMetaType::IsPointer))
+            values[meta->property(i).name()] = meta->property(i).read(s);
     return values;
 }
 
