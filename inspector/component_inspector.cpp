@@ -265,7 +265,7 @@ void TComponentInspector::SetCanvas(TMyCAD* canvas) {
 
 void TComponentInspector::SetObjects(const std::vector<QObject*>& objects) {
     for (const auto& o : d->objects)
-        if (o && o != d->canvas) disconnect(o, &QObject::destroyed, this, nullptr);
+        if (o) disconnect(o, &QObject::destroyed, this, nullptr);
     d->objects.clear();
     for (QObject* o : objects) {
         if (!o) continue;
