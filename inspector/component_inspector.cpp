@@ -117,10 +117,14 @@ struct TComponentInspector::Private {
         }
         filling = false;
         self->RefreshValues();
-        // Names readable in full, leaving the values at least half the width.
+        fitNameColumn();
+        if (auto it = items.find(current); it != items.end()) grid->setCurrentItem(it->second);
+    }
+
+    // Names readable in full, leaving the values at least half the width.
+    void fitNameColumn() {
         grid->resizeColumnToContents(0);
         grid->header()->resizeSection(0, std::min(grid->header()->sectionSize(0) + 8, std::max(120, grid->width() / 2)));
-        if (auto it = items.find(current); it != items.end()) grid->setCurrentItem(it->second);
     }
 
     void addRow(QTreeWidgetItem* parent, const TPropertyNode& n) {
@@ -435,6 +439,11 @@ void TComponentInspector::RefreshValues() {
 }
 
 QTreeWidget* TComponentInspector::Grid() const { return d->grid; }
+
+void TComponentInspector::resizeEvent(QResizeEvent* event) {
+    TComponentBase<QWidget>::resizeEvent(event);
+    d->fitNameColumn();
+}
 
 QTreeWidgetItem* TComponentInspector::ItemOf(const QString& path) const {
     auto it = d->items.find(path);

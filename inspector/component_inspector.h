@@ -94,6 +94,10 @@ signals:
     // A property of the objects shown was changed through the inspector.
     void propertyChanged(const QString& path);
 
+protected:
+    // Keeps the names readable as the grid grows or shrinks.
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
     struct Private;
     std::unique_ptr<Private> d;
