@@ -45,6 +45,7 @@
 #include "inspector/component_combo_box.h"
 #include "inspector/component_inspector.h"
 #include "inspector/component_tree.h"
+#include "inspector/editors/grid_dialog_layout.h"
 #include "inspector/editors/property_editors.h"
 #include "inspector/property_edit.h"
 #include "inspector/property_node.h"

@@ -41,6 +41,22 @@ bool hasDialog(TPropertyKind kind) {
     }
 }
 
+using ObjectEdit = std::function<void(const std::function<void(QObject*)>&)>;
+
+// Edits a copy of the first object's owned value (a font, user data, a
+// picture) in Editor; on OK the copy is assigned to that value of every
+// object through apply.
+template <class Editor, class T>
+void editOwnedCopy(const TPropertyNode& node, QObject* first, QWidget* parent, const QString& title,
+                   const ObjectEdit& apply) {
+    T copy;
+    copy.Assign(*node.Read(first).template value<T*>());
+    if (Editor::Edit(copy, parent, title))
+        apply([&](QObject* o) {
+            if (T* value = node.Read(o).template value<T*>()) value->Assign(copy);
+        });
+}
+
 }  // namespace
 
 struct TComponentInspector::Private {
@@ -397,27 +413,9 @@ bool TComponentInspector::OpenEditor(const QString& path) {
         if (TColorEditor::Edit(color, this, title)) changed = SetPropertyValue(path, int(color));
         break;
     }
-    case TPropertyKind::Font: {
-        TFont font;
-        font.Assign(*node.Read(first).value<TFont*>());
-        if (TFontEditor::Edit(font, this, title))
-            applyAll([&](QObject* o) { if (TFont* f = node.Read(o).value<TFont*>()) f->Assign(font); });
-        break;
-    }
-    case TPropertyKind::UserData: {
-        TUserData data;
-        data.Assign(*node.Read(first).value<TUserData*>());
-        if (TUserDataEditor::Edit(data, this, title))
-            applyAll([&](QObject* o) { if (TUserData* u = node.Read(o).value<TUserData*>()) u->Assign(data); });
-        break;
-    }
-    case TPropertyKind::Picture: {
-        TBitmap picture;
-        picture.Assign(*node.Read(first).value<TBitmap*>());
-        if (TPictureEditor::Edit(picture, this, title))
-            applyAll([&](QObject* o) { if (TBitmap* b = node.Read(o).value<TBitmap*>()) b->Assign(picture); });
-        break;
-    }
+    case TPropertyKind::Font: editOwnedCopy<TFontEditor, TFont>(node, first, this, title, applyAll); break;
+    case TPropertyKind::UserData: editOwnedCopy<TUserDataEditor, TUserData>(node, first, this, title, applyAll); break;
+    case TPropertyKind::Picture: editOwnedCopy<TPictureEditor, TBitmap>(node, first, this, title, applyAll); break;
     case TPropertyKind::Layers:
         TLayerCollectionEditor::Edit(qobject_cast<TMyCAD*>(first), this);
         changed = guarded.front() != nullptr;

@@ -1,16 +1,15 @@
 #include "inspector/editors/layer_collection_editor.h"
 
 #include "cad/canvas/mycad.h"
+#include "inspector/editors/grid_dialog_layout.h"
 
 #include <QDialogButtonBox>
-#include <QGridLayout>
 #include <QHeaderView>
 #include <QMessageBox>
 #include <QPainter>
 #include <QPushButton>
 #include <QSignalBlocker>
 #include <QTableWidget>
-#include <QVBoxLayout>
 
 namespace faroven {
 
@@ -55,16 +54,7 @@ TLayerCollectionEditor::TLayerCollectionEditor(TMyCAD* canvas, QWidget* parent)
     auto buttons = new QDialogButtonBox(QDialogButtonBox::Close);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
-    auto side = new QVBoxLayout;
-    for (QPushButton* button : {add, m_delete, m_current}) side->addWidget(button);
-    side->addStretch(1);
-    auto layout = new QGridLayout(this);
-    layout->addWidget(m_grid, 0, 0);
-    layout->addLayout(side, 0, 1);
-    layout->addWidget(buttons, 1, 0, 1, 2);
-    layout->setColumnStretch(0, 1);
-    setMinimumSize(460, 300);
-    resize(520, 340);
+    LayOutGridDialog(this, m_grid, {add, m_delete, m_current}, buttons);
 
     connect(add, &QPushButton::clicked, this, [this] {
         const int row = AddNewLayer();

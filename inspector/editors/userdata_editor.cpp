@@ -1,13 +1,13 @@
 #include "inspector/editors/userdata_editor.h"
 
+#include "inspector/editors/grid_dialog_layout.h"
+
 #include <QDialogButtonBox>
-#include <QGridLayout>
 #include <QHeaderView>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSignalBlocker>
 #include <QTableWidget>
-#include <QVBoxLayout>
 
 namespace faroven {
 
@@ -101,16 +101,7 @@ TUserDataEditor::TUserDataEditor(QWidget* parent) : QDialog(parent), d(new Priva
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
-    auto side = new QVBoxLayout;
-    for (QPushButton* button : {add, d->remove, d->up, d->down}) side->addWidget(button);
-    side->addStretch(1);
-    auto layout = new QGridLayout(this);
-    layout->addWidget(d->grid, 0, 0);
-    layout->addLayout(side, 0, 1);
-    layout->addWidget(buttons, 1, 0, 1, 2);
-    layout->setColumnStretch(0, 1);
-    setMinimumSize(460, 300);
-    resize(520, 340);
+    LayOutGridDialog(this, d->grid, {add, d->remove, d->up, d->down}, buttons);
 
     connect(add, &QPushButton::clicked, this, [this] {
         const int row = AddNewPair();
